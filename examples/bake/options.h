@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <stdexcept>
+#include <string_view>
+
+namespace bake
+{
+
+/// What the command line asks for.
+struct Options
+{
+    bool isHelpWanted = false; ///< with this, nothing else counts
+    std::filesystem::path clip;
+    std::filesystem::path outputFolder = "bake-out";
+};
+
+/// A command line that cannot be followed; `what()` says why.
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What `--help` prints.
+extern std::string_view const kUsage;
+
+/// Reads the arguments behind the program's name. `--out DIR` and `--out=DIR` are the same, and what follows `--` is no
+/// option.
+/// \throws UsageError
+Options ParseOptions(std::span<char const * const> arguments);
+
+} // namespace bake

@@ -1,0 +1,32 @@
+#pragma once
+
+/// \file
+/// The whole library.
+
+#include "math/bits.h"
+#include "math/discrete_value.h"
+#include "math/matrix33.h"
+#include "math/matrix44.h"
+#include "math/matrix_mn.h"
+#include "math/numeric.h"
+#include "math/platform/file_stream.h"
+#include "math/platform/memory_stream.h"
+#include "math/platform/pose.h"
+#include "math/platform/qn_string.h"
+#include "math/platform/qn_vector.h"
+#include "math/platform/result.h"
+#include "math/platform/stream.h"
+#include "math/platform/stream_helper.h"
+#include "math/platform/task_memory.h"
+#include "math/platform/text.h"
+#include "math/platform/unknown.h"
+#include "math/platform/variant.h"
+#include "math/polynomial_roots.h"
+#include "math/random.h"
+#include "math/safe_array.h"
+#include "math/scale_volume.h"
+#include "math/vector2.h"
+#include "math/vector3.h"
+#include "math/vector4.h"
+#include "math/vector_geometry.h"
+#include "math/vectorw.h"

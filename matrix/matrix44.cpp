@@ -1,0 +1,273 @@
+#include "math/matrix44.h"
+
+#include "matrix/elements.h"
+#include "numeric/plain_record.h"
+#include "numeric/text_form.h"
+
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+template <typename T, typename Source>
+void Convert(Source const (*const source)[4], T (*const target)[4])
+{
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            target[r][c] = static_cast<T>(source[r][c]);
+        }
+    }
+}
+
+template <typename T, typename Source>
+C3DMatrix44Tpl<T> & SetFrom(C3DMatrix44Tpl<Source> const & source, C3DMatrix44Tpl<T> & target)
+{
+    for (int i = 0; i < 16; ++i)
+    {
+        target.GetArray()[i] = static_cast<T>(source.GetArray()[i]);
+    }
+    return target.SetMaskInfo(source.GetMaskInfo());
+}
+
+/// The rows of a matrix beside those of the identity, in the course of Gauss-Jordan elimination.
+struct AugmentedMatrix
+{
+    double left[4][4];
+    double right[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
+};
+
+/// Brings a row with a usable pivot to place k: the row itself if it serves, else the first below that does. A larger
+/// pivot further down is not looked for.
+bool FindPivot(AugmentedMatrix & m, int k, double limit)
+{
+    for (int i = k; i < 4; ++i)
+    {
+        if (std::abs(m.left[i][k]) >= limit)
+        {
+            if (i != k)
+            {
+                std::swap(m.left[i], m.left[k]);
+                std::swap(m.right[i], m.right[k]);
+            }
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Makes the pivot 1 and clears column k in the other rows. The left columns up to k are not read again, so they are
+/// left as they are.
+void Eliminate(AugmentedMatrix & m, int k)
+{
+    double const reciprocal = 1 / m.left[k][k];
+    for (int c = k + 1; c < 4; ++c)
+    {
+        m.left[k][c] *= reciprocal;
+    }
+    for (int c = 0; c < 4; ++c)
+    {
+        m.right[k][c] *= reciprocal;
+    }
+    for (int i = 0; i < 4; ++i)
+    {
+        if (i == k)
+        {
+            continue;
+        }
+        double const factor = m.left[i][k];
+        for (int c = k + 1; c < 4; ++c)
+        {
+            m.left[i][c] -= factor * m.left[k][c];
+        }
+        for (int c = 0; c < 4; ++c)
+        {
+            m.right[i][c] -= factor * m.right[k][c];
+        }
+    }
+}
+
+} // namespace
+
+template <typename T>
+C3DMatrix44Tpl<T>::C3DMatrix44Tpl(float (&array)[4][4])
+{
+    Convert(array, m_Elements);
+}
+
+template <typename T>
+C3DMatrix44Tpl<T> & C3DMatrix44Tpl<T>::operator=(float (&array)[4][4])
+{
+    Convert(array, m_Elements);
+    return *this;
+}
+
+template <typename T>
+C3DMatrix44Tpl<T> & C3DMatrix44Tpl<T>::SetFromFloat(C3DMatrix44Tpl<float> const & m)
+{
+    return SetFrom(m, *this);
+}
+
+template <typename T>
+C3DMatrix44Tpl<T> & C3DMatrix44Tpl<T>::SetFromDouble(C3DMatrix44Tpl<double> const & m)
+{
+    return SetFrom(m, *this);
+}
+
+template <typename T>
+bool C3DMatrix44Tpl<T>::operator==(C3DMatrix44Tpl const & other) const
+{
+    return math::detail::ElementsAreEqual(GetArray(), other.GetArray(), 16);
+}
+
+template <typename T>
+int C3DMatrix44Tpl<T>::IsNull(T epsilon) const
+{
+    return math::detail::ElementsAreNull(GetArray(), 16, epsilon);
+}
+
+template <typename T>
+bool C3DMatrix44Tpl<T>::IsDiagonal(T epsilon) const
+{
+    return math::detail::IsDiagonal(m_Elements, epsilon);
+}
+
+template <typename T>
+bool C3DMatrix44Tpl<T>::IsExactlyIdentity() const
+{
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            if (!(m_Elements[r][c] == T(r == c)))
+            {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+template <typename T>
+bool C3DMatrix44Tpl<T>::IsIdentity(T epsilon) const
+{
+    return epsilon == 0 ? IsExactlyIdentity() : math::detail::IsIdentity(m_Elements, epsilon);
+}
+
+template <typename T>
+int C3DMatrix44Tpl<T>::IsSingular(T /*epsilon*/) const
+{
+    T const det = GetDet();
+    return !(det < 0 || det > 0);
+}
+
+template <typename T>
+T C3DMatrix44Tpl<T>::GetDet() const
+{
+    T const(&m)[4][4] = m_Elements;
+    T const d01 = m[2][0] * m[3][1] - m[2][1] * m[3][0];
+    T const d02 = m[2][0] * m[3][2] - m[2][2] * m[3][0];
+    T const d03 = m[2][0] * m[3][3] - m[2][3] * m[3][0];
+    T const d12 = m[2][1] * m[3][2] - m[2][2] * m[3][1];
+    T const d13 = m[2][1] * m[3][3] - m[2][3] * m[3][1];
+    T const d23 = m[2][2] * m[3][3] - m[2][3] * m[3][2];
+    return m[0][0] * (m[1][1] * d23 - m[1][2] * d13 + m[1][3] * d12) -
+           m[0][1] * (m[1][0] * d23 - m[1][2] * d03 + m[1][3] * d02) +
+           m[0][2] * (m[1][0] * d13 - m[1][1] * d03 + m[1][3] * d01) -
+           m[0][3] * (m[1][0] * d12 - m[1][1] * d02 + m[1][2] * d01);
+}
+
+template <typename T>
+T C3DMatrix44Tpl<T>::GetDet(int r, int c) const
+{
+    return C3DMatrix33Tpl<T>(r, c, *this).GetDet();
+}
+
+template <typename T>
+int C3DMatrix44Tpl<T>::Invert(C3DMatrix44Tpl const & a)
+{
+    return ComputeInverse(a.m_Elements, m_Elements, 0);
+}
+
+template <typename T>
+int C3DMatrix44Tpl<T>::TransposeInverse(C3DMatrix44Tpl const & a)
+{
+    return ComputeInverse(a.m_Elements, m_Elements, 1);
+}
+
+template <typename T>
+int C3DMatrix44Tpl<T>::ComputeInverse(T const (*const a)[4], T (*const out)[4], int transposed)
+{
+    AugmentedMatrix m;
+    Convert(a, m.left);
+    for (int k = 0; k < 4; ++k)
+    {
+        if (!FindPivot(m, k, math::detail::k_WidenedTolerance<T>))
+        {
+            return 0;
+        }
+        Eliminate(m, k);
+    }
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            out[r][c] = static_cast<T>(transposed == 0 ? m.right[r][c] : m.right[c][r]);
+        }
+    }
+    return 1;
+}
+
+template <typename T>
+long C3DMatrix44Tpl<T>::Save(IStream * stream, int /*format*/) const
+{
+    return math::detail::SaveUnchecked(stream, GetArray(), 16);
+}
+
+template <typename T>
+long C3DMatrix44Tpl<T>::Load(IStream * stream)
+{
+    return math::detail::LoadUnchecked(stream, GetArray(), 16);
+}
+
+template <typename T>
+void C3DMatrix44Tpl<T>::Dump(wchar_t const * label, std::ostream & stream) const
+{
+    math::detail::DumpWithBlankLine(label, stream, *this);
+}
+
+template <typename T>
+int AreAlmostEqual(C3DMatrix44Tpl<T> const & a, C3DMatrix44Tpl<T> const & b, std::type_identity_t<T> epsilon)
+{
+    return math::detail::ElementsAreAlmostEqual(a.GetArray(), b.GetArray(), 16, epsilon);
+}
+
+template <typename T>
+std::ostream & operator<<(std::ostream & stream, C3DMatrix44Tpl<T> const & matrix)
+{
+    math::detail::WriteRows(stream, matrix.GetArray(), 4);
+    return stream;
+}
+
+template <typename T>
+std::istream & operator>>(std::istream & stream, C3DMatrix44Tpl<T> & matrix)
+{
+    math::detail::ReadNumbers<16>(stream, matrix.GetArray());
+    return stream;
+}
+
+static_assert(sizeof(C3DMatrix44Tpl<float>) == 17 * sizeof(float));
+static_assert(sizeof(C3DMatrix44Tpl<double>) == 17 * sizeof(double));
+static_assert(std::is_standard_layout_v<C3DMatrix44Tpl<double>> &&
+              std::is_trivially_copyable_v<C3DMatrix44Tpl<double>>);
+
+template class C3DMatrix44Tpl<float>;
+template class C3DMatrix44Tpl<double>;
+template int AreAlmostEqual(C3DMatrix44Tpl<float> const &, C3DMatrix44Tpl<float> const &, float);
+template int AreAlmostEqual(C3DMatrix44Tpl<double> const &, C3DMatrix44Tpl<double> const &, double);
+template std::ostream & operator<<(std::ostream &, C3DMatrix44Tpl<float> const &);
+template std::ostream & operator<<(std::ostream &, C3DMatrix44Tpl<double> const &);
+template std::istream & operator>>(std::istream &, C3DMatrix44Tpl<float> &);
+template std::istream & operator>>(std::istream &, C3DMatrix44Tpl<double> &);

@@ -1,0 +1,177 @@
+#include "rotation/rotate_vectors.h"
+
+#include "math/rotation.h"
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
+namespace math::detail
+{
+
+namespace
+{
+
+using Vector = C3DVector3Tpl<double>;
+using Matrix = C3DMatrix33Tpl<double>;
+
+void RotateEach(Matrix const & m, Vector const * in, long n, Vector * out)
+{
+    for (long i = 0; i < n; ++i)
+    {
+        out[i].Mul(in[i], m);
+    }
+}
+
+#if defined(__x86_64__)
+
+/// Four vectors at a time; returns how many were done. The 128-bit halves of the twelve numbers are loaded so that the
+/// low lanes hold the first two vectors and the high lanes the other two,
+///     x0 y0 | x2 y2     z0 x1 | z2 x3     y1 z1 | y3 z3
+/// from which one shuffle each makes the four x, the four y and the four z, and back.
+__attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const * in, long n, Vector * out)
+{
+    __m256d rows[3][3];
+    for (int r = 0; r < 3; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            rows[r][c] = _mm256_set1_pd(m.Get(r, c));
+        }
+    }
+    long i = 0;
+    for (; i + 4 <= n; i += 4)
+    {
+        double const * const source = in[i].GetArray();
+        __m256d const xy = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source)), _mm_loadu_pd(source + 6), 1);
+        __m256d const zx =
+            _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source + 2)), _mm_loadu_pd(source + 8), 1);
+        __m256d const yz =
+            _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source + 4)), _mm_loadu_pd(source + 10), 1);
+        __m256d const x = _mm256_shuffle_pd(xy, zx, 0b1010);
+        __m256d const y = _mm256_shuffle_pd(xy, yz, 0b0101);
+        __m256d const z = _mm256_shuffle_pd(zx, yz, 0b1010);
+        __m256d product[3];
+        for (int c = 0; c < 3; ++c)
+        {
+            product[c] = _mm256_add_pd(_mm256_add_pd(_mm256_mul_pd(x, rows[0][c]), _mm256_mul_pd(y, rows[1][c])),
+                                       _mm256_mul_pd(z, rows[2][c]));
+        }
+        __m256d const outXy = _mm256_shuffle_pd(product[0], product[1], 0b0000);
+        __m256d const outZx = _mm256_shuffle_pd(product[2], product[0], 0b1010);
+        __m256d const outYz = _mm256_shuffle_pd(product[1], product[2], 0b1111);
+        double * const target = out[i].GetArray();
+        _mm_storeu_pd(target, _mm256_castpd256_pd128(outXy));
+        _mm_storeu_pd(target + 2, _mm256_castpd256_pd128(outZx));
+        _mm_storeu_pd(target + 4, _mm256_castpd256_pd128(outYz));
+        _mm_storeu_pd(target + 6, _mm256_extractf128_pd(outXy, 1));
+        _mm_storeu_pd(target + 8, _mm256_extractf128_pd(outZx, 1));
+        _mm_storeu_pd(target + 10, _mm256_extractf128_pd(outYz, 1));
+    }
+    return i;
+}
+
+/// Two vectors at a time, in the same manner, with what every x86-64 has.
+long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
+{
+    __m128d rows[3][3];
+    for (int r = 0; r < 3; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            rows[r][c] = _mm_set1_pd(m.Get(r, c));
+        }
+    }
+    long i = 0;
+    for (; i + 2 <= n; i += 2)
+    {
+        double const * const source = in[i].GetArray();
+        __m128d const xy = _mm_loadu_pd(source);
+        __m128d const zx = _mm_loadu_pd(source + 2);
+        __m128d const yz = _mm_loadu_pd(source + 4);
+        __m128d const x = _mm_shuffle_pd(xy, zx, 0b10);
+        __m128d const y = _mm_shuffle_pd(xy, yz, 0b01);
+        __m128d const z = _mm_shuffle_pd(zx, yz, 0b10);
+        __m128d product[3];
+        for (int c = 0; c < 3; ++c)
+        {
+            product[c] = _mm_add_pd(_mm_add_pd(_mm_mul_pd(x, rows[0][c]), _mm_mul_pd(y, rows[1][c])),
+                                    _mm_mul_pd(z, rows[2][c]));
+        }
+        double * const target = out[i].GetArray();
+        _mm_storeu_pd(target, _mm_shuffle_pd(product[0], product[1], 0b00));
+        _mm_storeu_pd(target + 2, _mm_shuffle_pd(product[2], product[0], 0b10));
+        _mm_storeu_pd(target + 4, _mm_shuffle_pd(product[1], product[2], 0b11));
+    }
+    return i;
+}
+
+#endif
+
+} // namespace
+
+void RotateVectors(Matrix const & m, Vector const * in, long n, Vector * out)
+{
+    long done = 0;
+#if defined(__x86_64__)
+    done = __builtin_cpu_supports("avx") ? RotateByFour(m, in, n, out) : RotateByTwo(m, in, n, out);
+#endif
+    RotateEach(m, in + done, n - done, out + done);
+}
+
+} // namespace math::detail
+
+void C3DRotation::RotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
+{
+    if (QuickIsIdentity())
+    {
+        out = in;
+        return;
+    }
+    FreshenMatrix();
+    out.Mul(in, m_Matrix);
+}
+
+void C3DRotation::InvRotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
+{
+    if (QuickIsIdentity())
+    {
+        out = in;
+        return;
+    }
+    FreshenMatrix();
+    out.Mul(m_Matrix, in);
+}
+
+void C3DRotation::RotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out)
+{
+    Rotate(in, n, out, false);
+}
+
+void C3DRotation::InvRotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out)
+{
+    Rotate(in, n, out, true);
+}
+
+void C3DRotation::Rotate(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out, bool inverse)
+{
+    if (n <= 0)
+    {
+        return;
+    }
+    if (QuickIsIdentity())
+    {
+        for (long i = 0; i < n; ++i)
+        {
+            out[i] = in[i];
+        }
+        return;
+    }
+    FreshenMatrix();
+    C3DRotMatTpl<double> matrix = m_Matrix;
+    if (inverse)
+    {
+        matrix.Transpose();
+    }
+    math::detail::RotateVectors(matrix, in, n, out);
+}

@@ -1,0 +1,363 @@
+#include "math/rotation.h"
+
+#include "math/rotation_conversions.h"
+#include "rotation/exact_identity.h"
+#include "rotation/rotation_flags.h"
+
+#include <cmath>
+#include <type_traits>
+
+using namespace math::detail;
+
+// --- Construction ----------------------------------------------------------------------------------------------------
+
+C3DRotation::C3DRotation()
+    : m_Matrix(C3DInitRequest_DoNotInitialize()), m_Angle(0), m_Flags(k_IdentityFlags), m_RotOrder(E3DROTORDER_XYZ)
+{
+}
+
+C3DRotation::C3DRotation(C3DInitRequest_DoNotInitialize const & request)
+    : m_Quat(request), m_Matrix(request), m_Angle(0), m_Flags(k_UnsetFlags), m_RotOrder(E3DROTORDER_XYZ)
+{
+}
+
+C3DRotation::C3DRotation(C3DQuatTpl<double> const & quat) : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    Set(quat);
+}
+
+C3DRotation::C3DRotation(C3DRotMatTpl<double> const & mat) : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    Set(mat);
+}
+
+C3DRotation::C3DRotation(tagE3DAXISTYPE axis, double angle) : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    Set(axis, angle);
+}
+
+C3DRotation::C3DRotation(C3DVector3Tpl<double> const & axis, double angle)
+    : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    Set(axis, angle);
+}
+
+C3DRotation::C3DRotation(C3DVector3Tpl<double> const & from, C3DVector3Tpl<double> const & to)
+    : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    int degenerate;
+    Set(from, to, degenerate);
+}
+
+C3DRotation::C3DRotation(C3DVector3Tpl<double> const & angles, tagE3DROTORDER order)
+    : C3DRotation(C3DInitRequest_DoNotInitialize())
+{
+    Set(angles, order);
+}
+
+C3DRotation::C3DRotation(double x, double y, double z, tagE3DROTORDER order)
+    : C3DRotation(C3DVector3Tpl<double>(x, y, z), order)
+{
+}
+
+// --- The flags -------------------------------------------------------------------------------------------------------
+
+void C3DRotation::SetFlag(unsigned char flag, int value)
+{
+    m_Flags = static_cast<unsigned char>(value != 0 ? m_Flags | flag : m_Flags & ~flag);
+}
+
+tagE3DROTREPTYPE C3DRotation::_GetOrigRep() const
+{
+    return static_cast<tagE3DROTREPTYPE>(m_Flags & k_SourceMask);
+}
+
+void C3DRotation::_SetOrigRep(tagE3DROTREPTYPE rep)
+{
+    m_Flags = static_cast<unsigned char>((m_Flags & ~k_SourceMask) | (rep & k_SourceMask));
+}
+
+int C3DRotation::_IsQuatDirty() const
+{
+    return (m_Flags & k_QuatDirty) != 0;
+}
+
+int C3DRotation::_IsMatDirty() const
+{
+    return (m_Flags & k_MatDirty) != 0;
+}
+
+int C3DRotation::_AreAnglesDirty() const
+{
+    return (m_Flags & k_AnglesDirty) != 0;
+}
+
+void C3DRotation::_SetQuatDirty(int dirty)
+{
+    SetFlag(k_QuatDirty, dirty);
+}
+
+void C3DRotation::_SetMatDirty(int dirty)
+{
+    SetFlag(k_MatDirty, dirty);
+}
+
+void C3DRotation::_SetAnglesDirty(int dirty)
+{
+    SetFlag(k_AnglesDirty, dirty);
+}
+
+void C3DRotation::_SetDefinitelyIdentity(int identity)
+{
+    SetFlag(k_DefinitelyIdentity, identity);
+}
+
+void C3DRotation::SetQuatRep()
+{
+    _SetOrigRep(E3DROTREPTYPE_QUAT);
+    _SetQuatDirty(0);
+    _SetMatDirty(1);
+    _SetAnglesDirty(1);
+}
+
+void C3DRotation::SetMatrixRep()
+{
+    _SetOrigRep(E3DROTREPTYPE_MATRIX);
+    _SetQuatDirty(1);
+    _SetMatDirty(0);
+    _SetAnglesDirty(1);
+}
+
+void C3DRotation::SetXYZAnglesRep()
+{
+    _SetOrigRep(E3DROTREPTYPE_XYZANGLES);
+    _SetQuatDirty(1);
+    _SetMatDirty(1);
+    _SetAnglesDirty(0);
+}
+
+// --- The caches ------------------------------------------------------------------------------------------------------
+
+void C3DRotation::UpdateQuat()
+{
+    if (QuickIsIdentity())
+    {
+        m_Quat.SetIdentity();
+        m_Angle = 0;
+    }
+    if (_GetOrigRep() == E3DROTREPTYPE_MATRIX)
+    {
+        F3DMatToQuat(m_Matrix, m_Quat);
+    }
+    else
+    {
+        F3DEulerToQuat(m_XYZAngles, m_Quat, GetXYZRotOrder());
+    }
+    m_Angle = 2 * std::acos(m_Quat.W);
+    _SetQuatDirty(0);
+}
+
+void C3DRotation::UpdateMatrix()
+{
+    if (QuickIsIdentity())
+    {
+        m_Matrix.SetIdentity();
+    }
+    if (_GetOrigRep() != E3DROTREPTYPE_QUAT)
+    {
+        F3DEulerToMat(m_XYZAngles, m_Matrix, GetXYZRotOrder());
+    }
+    else
+    {
+        F3DQuatToMat(m_Quat, m_Matrix);
+    }
+    _SetMatDirty(0);
+}
+
+void C3DRotation::UpdateXYZAngles()
+{
+    if (QuickIsIdentity())
+    {
+        m_XYZAngles.SetNull();
+        _SetAnglesDirty(0);
+        return;
+    }
+    if (_IsMatDirty())
+    {
+        FillMatrixFromQuat();
+    }
+    F3DMatToEuler(m_Matrix, m_XYZAngles, GetXYZRotOrder());
+    _SetAnglesDirty(0);
+}
+
+void C3DRotation::FreshenQuat()
+{
+    if (_IsQuatDirty())
+    {
+        UpdateQuat();
+    }
+}
+
+void C3DRotation::FreshenMatrix()
+{
+    if (_IsMatDirty())
+    {
+        UpdateMatrix();
+    }
+}
+
+void C3DRotation::FreshenAngles()
+{
+    if (_AreAnglesDirty())
+    {
+        UpdateXYZAngles();
+    }
+}
+
+void C3DRotation::FillMatrixFromQuat()
+{
+    F3DQuatToMat(m_Quat, m_Matrix);
+    _SetMatDirty(0);
+}
+
+// --- Reading ---------------------------------------------------------------------------------------------------------
+
+void C3DRotation::GetQuat(C3DQuatTpl<double> & quat)
+{
+    FreshenQuat();
+    quat = m_Quat;
+}
+
+void C3DRotation::GetMatrix(C3DRotMatTpl<double> & mat)
+{
+    FreshenMatrix();
+    mat = m_Matrix;
+}
+
+C3DRotMatTpl<double> const * C3DRotation::GetMatrix()
+{
+    FreshenMatrix();
+    return &m_Matrix;
+}
+
+void C3DRotation::GetXYZAngles(C3DVector3Tpl<double> & angles)
+{
+    FreshenAngles();
+    angles = m_XYZAngles;
+}
+
+void C3DRotation::GetXYZAngles(double & x, double & y, double & z)
+{
+    FreshenAngles();
+    m_XYZAngles.Get(x, y, z);
+}
+
+void C3DRotation::GetXYZAngles(C3DVector3Tpl<double> & angles, tagE3DROTORDER order)
+{
+    if (QuickIsIdentity())
+    {
+        angles.SetNull();
+        return;
+    }
+    GetXYZAngles(angles);
+    if (order != GetXYZRotOrder())
+    {
+        C3DRotMatTpl<double> matrix;
+        F3DEulerToMat(angles, matrix, GetXYZRotOrder());
+        F3DMatToEuler(matrix, angles, order);
+    }
+}
+
+void C3DRotation::GetAxisAngle(C3DVector3Tpl<double> & axis, double & angle)
+{
+    FreshenQuat();
+    angle = m_Angle;
+    double const sine = std::sin(m_Angle * 0.5);
+    if (std::abs(sine) >= k_StandardTolerance<double>)
+    {
+        axis.Set(m_Quat.X / sine, m_Quat.Y / sine, m_Quat.Z / sine);
+    }
+    else
+    {
+        axis.SetNull();
+    }
+}
+
+tagE3DROTORDER C3DRotation::GetXYZRotOrder() const
+{
+    return static_cast<tagE3DROTORDER>(m_RotOrder);
+}
+
+// --- Tests -----------------------------------------------------------------------------------------------------------
+
+int C3DRotation::IsExactlyIdentity()
+{
+    if (QuickIsIdentity())
+    {
+        return 1;
+    }
+    bool identity;
+    if (!_AreAnglesDirty())
+    {
+        identity = m_XYZAngles.IsExactlyNull() != 0;
+    }
+    else if (!_IsQuatDirty())
+    {
+        identity = m_Quat.IsIdentity();
+    }
+    else
+    {
+        identity = math::detail::IsExactlyIdentity(m_Matrix);
+    }
+    if (identity)
+    {
+        _SetDefinitelyIdentity(1);
+    }
+    return identity;
+}
+
+int C3DRotation::IsAlmostIdentity(double const & epsilon) const
+{
+    if (QuickIsIdentity())
+    {
+        return 1;
+    }
+    if (!_AreAnglesDirty())
+    {
+        return std::abs(m_XYZAngles.X) <= epsilon && std::abs(m_XYZAngles.Y) <= epsilon &&
+               std::abs(m_XYZAngles.Z) <= epsilon;
+    }
+    if (!_IsQuatDirty())
+    {
+        return m_Quat.IsIdentity(epsilon);
+    }
+    for (int r = 0; r < 3; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            // C3DMatrix33Tpl::IsIdentity rejects at the limit itself, which passes here.
+            if (!(std::abs(m_Matrix.Get(r, c) - double(r == c)) <= epsilon))
+            {
+                return 0;
+            }
+        }
+    }
+    return 1;
+}
+
+int C3DRotation::IsIdentity()
+{
+    return IsExactlyIdentity();
+}
+
+int C3DRotation::IsIdentity(double epsilon)
+{
+    return epsilon == 0 ? IsExactlyIdentity() : IsAlmostIdentity(epsilon);
+}
+
+int C3DRotation::QuickIsIdentity() const
+{
+    return (m_Flags & k_DefinitelyIdentity) != 0;
+}
+
+static_assert(std::is_trivially_copyable_v<C3DRotation> && std::is_standard_layout_v<C3DRotation>);

@@ -1,0 +1,72 @@
+#include "bake/pose_picture.h"
+#include "bake/world_table.h"
+#include "clip/reader.h"
+#include "clip/skeleton.h"
+#include "clip/writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string_view>
+
+namespace
+{
+
+void Require(bool holds)
+{
+    if (!holds)
+    {
+        std::abort();
+    }
+}
+
+/// What was read can be evaluated, with finite positions, and drawn.
+void Bake(clip::Clip const & motion)
+{
+    constexpr std::size_t kAffordable = 100000;
+    if (motion.frameCount > kAffordable / motion.skeleton.joints.size())
+    {
+        return;
+    }
+    clip::WorldPositions const positions = clip::ComputeWorldPositions(motion);
+    for (C3DVector3Tpl<double> const & place : positions.All())
+    {
+        Require(std::isfinite(place.X) && std::isfinite(place.Y) && std::isfinite(place.Z));
+    }
+    std::ostringstream sink;
+    bake::WriteWorldTable(sink, motion.skeleton, positions);
+    bake::DrawPoses(motion, positions, "fuzz").Write(sink);
+}
+
+/// What was read is written and read again as the same.
+void RoundTrip(clip::Clip const & motion)
+{
+    std::stringstream text;
+    clip::WriteClip(text, motion);
+    clip::Clip const again = clip::ReadClip(text, "again.bvh");
+    Require(again.values == motion.values && again.frameTime == motion.frameTime &&
+            again.skeleton.joints.size() == motion.skeleton.joints.size());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size)
+{
+    try
+    {
+        clip::Clip const motion =
+            clip::ParseClip({reinterpret_cast<char const *>(data), size}, "fuzz.bvh"); // NOLINT: bytes are the text
+        RoundTrip(motion);
+        Bake(motion);
+    }
+    catch (clip::FormatError const & error)
+    {
+        std::string_view const text(reinterpret_cast<char const *>(data), size); // NOLINT: as above
+        auto const breaks = std::count_if(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; });
+        Require(error.Line() >= 1 && error.Line() <= static_cast<std::size_t>(breaks) + 1);
+    }
+    return 0;
+}
