@@ -128,7 +128,7 @@ void Product(benchmark::State & state)
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * k_Count));
+    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
 }
 
 template <typename Peer, int Size>
@@ -145,7 +145,7 @@ void Inverse(benchmark::State & state)
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * k_Count));
+    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
 }
 
 template <typename Peer>

@@ -1,5 +1,5 @@
-// Rotations: Euler angles out of a matrix, into a quaternion and a matrix; quaternion product and interpolation; arrays of
-// vectors through a rotation, beside a plain copy of the same arrays. Results are per operation (items_per_second).
+// Rotations: Euler angles out of a matrix, into a quaternion and a matrix; quaternion product and interpolation; arrays
+// of vectors through a rotation, beside a plain copy of the same arrays. Results are per operation (items_per_second).
 //
 // The peers' extraction is the plain one, without a target: neither offers another.
 
@@ -76,13 +76,14 @@ void ExtractEulerUsingTarget(benchmark::State & state)
 
 void ExtractEulerEigen(benchmark::State & state)
 {
-    auto const matrices = bench::RandomObjects<3, double>(k_Count,
-                                                          [](double const * v)
-                                                          {
-                                                              Eigen::Matrix3d m;
-                                                              std::memcpy(m.data(), MakeRotationMatrix(v).GetArray(), sizeof m);
-                                                              return m;
-                                                          });
+    auto const matrices =
+        bench::RandomObjects<3, double>(k_Count,
+                                        [](double const * v)
+                                        {
+                                            Eigen::Matrix3d m;
+                                            std::memcpy(m.data(), MakeRotationMatrix(v).GetArray(), sizeof m);
+                                            return m;
+                                        });
     RunOverArray(state, matrices, std::vector<Eigen::Vector3d>(k_Count),
                  [](auto const & in, auto & out, std::size_t i) { out[i] = in[i].eulerAngles(2, 1, 0); });
 }
@@ -95,7 +96,8 @@ void ExtractEulerGlm(benchmark::State & state)
                                                               Angles const a = MakeAngles(v);
                                                               return glm::eulerAngleXYZ(a.X, a.Y, a.Z);
                                                           });
-    RunOverArray(state, matrices, std::vector<glm::dvec3>(k_Count), [](auto const & in, auto & out, std::size_t i)
+    RunOverArray(state, matrices, std::vector<glm::dvec3>(k_Count),
+                 [](auto const & in, auto & out, std::size_t i)
                  { glm::extractEulerAngleXYZ(in[i], out[i].x, out[i].y, out[i].z); });
 }
 

@@ -60,7 +60,7 @@ void Cross(benchmark::State & state)
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * k_Count));
+    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
 }
 
 template <typename Peer, typename T>
@@ -77,7 +77,7 @@ void Normalize(benchmark::State & state)
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * k_Count));
+    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
 }
 
 BENCHMARK(Cross<Ours<double>, double>);

@@ -32,11 +32,15 @@ C3DMatrix44Tpl<T> & SetFrom(C3DMatrix44Tpl<Source> const & source, C3DMatrix44Tp
     return target.SetMaskInfo(source.GetMaskInfo());
 }
 
-/// The rows of a matrix beside those of the identity, in the course of Gauss-Jordan elimination.
+/// The rows of a matrix beside those of the identity, in the course of Gauss-Jordan elimination, in pairs of neighbours
+/// that go through the same operations.
 struct AugmentedMatrix
 {
-    double left[4][4];
-    double right[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
+    typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
+
+    Pair rows[4][4];
+
+    double Get(int r, int c) const { return rows[r][c / 2][c % 2]; }
 };
 
 /// Brings a row with a usable pivot to place k: the row itself if it serves, else the first below that does. A larger
@@ -45,12 +49,11 @@ bool FindPivot(AugmentedMatrix & m, int k, double limit)
 {
     for (int i = k; i < 4; ++i)
     {
-        if (std::abs(m.left[i][k]) >= limit)
+        if (std::abs(m.Get(i, k)) >= limit)
         {
             if (i != k)
             {
-                std::swap(m.left[i], m.left[k]);
-                std::swap(m.right[i], m.right[k]);
+                std::swap(m.rows[i], m.rows[k]);
             }
             return true;
         }
@@ -58,35 +61,38 @@ bool FindPivot(AugmentedMatrix & m, int k, double limit)
     return false;
 }
 
-/// Makes the pivot 1 and clears column k in the other rows. The left columns up to k are not read again, so they are
-/// left as they are.
-void Eliminate(AugmentedMatrix & m, int k)
+/// Clears column K in every row but row K. The pairs of columns before it are not read again and are left as they are.
+template <int K>
+void Eliminate(AugmentedMatrix & m)
 {
-    double const reciprocal = 1 / m.left[k][k];
-    for (int c = k + 1; c < 4; ++c)
+    double const reciprocal = 1 / m.Get(K, K);
+    for (int pair = K / 2; pair < 4; ++pair)
     {
-        m.left[k][c] *= reciprocal;
-    }
-    for (int c = 0; c < 4; ++c)
-    {
-        m.right[k][c] *= reciprocal;
+        m.rows[K][pair] *= reciprocal;
     }
     for (int i = 0; i < 4; ++i)
     {
-        if (i == k)
+        if (i == K)
         {
             continue;
         }
-        double const factor = m.left[i][k];
-        for (int c = k + 1; c < 4; ++c)
+        double const factor = m.Get(i, K);
+        for (int pair = K / 2; pair < 4; ++pair)
         {
-            m.left[i][c] -= factor * m.left[k][c];
-        }
-        for (int c = 0; c < 4; ++c)
-        {
-            m.right[i][c] -= factor * m.right[k][c];
+            m.rows[i][pair] -= factor * m.rows[K][pair];
         }
     }
+}
+
+template <int K>
+bool Step(AugmentedMatrix & m, double limit)
+{
+    if (!(std::abs(m.Get(K, K)) >= limit) && !FindPivot(m, K, limit)) [[unlikely]]
+    {
+        return false;
+    }
+    Eliminate<K>(m);
+    return true;
 }
 
 } // namespace
@@ -201,20 +207,23 @@ template <typename T>
 int C3DMatrix44Tpl<T>::ComputeInverse(T const (*const a)[4], T (*const out)[4], int transposed)
 {
     AugmentedMatrix m;
-    Convert(a, m.left);
-    for (int k = 0; k < 4; ++k)
+    for (int r = 0; r < 4; ++r)
     {
-        if (!FindPivot(m, k, math::detail::k_WidenedTolerance<T>))
-        {
-            return 0;
-        }
-        Eliminate(m, k);
+        m.rows[r][0] = AugmentedMatrix::Pair{static_cast<double>(a[r][0]), static_cast<double>(a[r][1])};
+        m.rows[r][1] = AugmentedMatrix::Pair{static_cast<double>(a[r][2]), static_cast<double>(a[r][3])};
+        m.rows[r][2] = AugmentedMatrix::Pair{double(r == 0), double(r == 1)};
+        m.rows[r][3] = AugmentedMatrix::Pair{double(r == 2), double(r == 3)};
+    }
+    double const limit = math::detail::k_WidenedTolerance<T>;
+    if (!(Step<0>(m, limit) && Step<1>(m, limit) && Step<2>(m, limit) && Step<3>(m, limit)))
+    {
+        return 0;
     }
     for (int r = 0; r < 4; ++r)
     {
         for (int c = 0; c < 4; ++c)
         {
-            out[r][c] = static_cast<T>(transposed == 0 ? m.right[r][c] : m.right[c][r]);
+            out[r][c] = static_cast<T>(transposed == 0 ? m.Get(r, 4 + c) : m.Get(c, 4 + r));
         }
     }
     return 1;

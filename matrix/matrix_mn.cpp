@@ -8,7 +8,7 @@
 #include <ostream>
 #include <type_traits>
 
-C3DMatrixMN::C3DMatrixMN() : m_NbRow(0), m_NbCol(0), m_Rows(nullptr) {}
+C3DMatrixMN::C3DMatrixMN() = default;
 
 C3DMatrixMN::C3DMatrixMN(C3DMatrixMN const & other) : C3DMatrixMN()
 {

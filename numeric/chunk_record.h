@@ -9,8 +9,8 @@
 namespace math::detail
 {
 
-/// Writes a chunk whose content `writeContent` writes; it returns a result code. On any failure the stream is taken back
-/// to where it stood, and the code of the failure is returned.
+/// Writes a chunk whose content `writeContent` writes; it returns a result code. On any failure the stream is taken
+/// back to where it stood, and the code of the failure is returned.
 template <typename WriteContent>
 long SaveChunk(IStream * stream, unsigned long tag, unsigned long version, WriteContent writeContent)
 {

@@ -10,10 +10,22 @@
 namespace math::detail
 {
 
-inline long PutScalar(CKVStreamHelper & helper, float value) { return helper.PutFloat(value); }
-inline long PutScalar(CKVStreamHelper & helper, double value) { return helper.PutDouble(value); }
-inline long GetScalar(CKVStreamHelper & helper, float * value) { return helper.GetFloat(value); }
-inline long GetScalar(CKVStreamHelper & helper, double * value) { return helper.GetDouble(value); }
+inline long PutScalar(CKVStreamHelper & helper, float value)
+{
+    return helper.PutFloat(value);
+}
+inline long PutScalar(CKVStreamHelper & helper, double value)
+{
+    return helper.PutDouble(value);
+}
+inline long GetScalar(CKVStreamHelper & helper, float * value)
+{
+    return helper.GetFloat(value);
+}
+inline long GetScalar(CKVStreamHelper & helper, double * value)
+{
+    return helper.GetDouble(value);
+}
 
 /// Writes the scalars in order. Most plain records do not look at the stream's results: callers rely on their success.
 template <typename T>

@@ -10,8 +10,8 @@
 namespace math::detail
 {
 
-/// Writes the label as narrow text on a line of its own. A null label writes nothing, and so does one for which there is
-/// no memory.
+/// Writes the label as narrow text on a line of its own. A null label writes nothing, and so does one for which there
+/// is no memory.
 void WriteLabel(wchar_t const * label, std::ostream & stream);
 
 /// Writes "( a b c )".

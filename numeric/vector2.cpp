@@ -62,7 +62,8 @@ template <typename T>
 C3DVector2Tpl<T> WeightedSum(math::detail::BsplineWeights<T> const & w, C3DVector2Tpl<T> const & p0,
                              C3DVector2Tpl<T> const & p1, C3DVector2Tpl<T> const & p2, C3DVector2Tpl<T> const & p3)
 {
-    return {p0.X * w.w0 + p1.X * w.w1 + p2.X * w.w2 + p3.X * w.w3, p0.Y * w.w0 + p1.Y * w.w1 + p2.Y * w.w2 + p3.Y * w.w3};
+    return {p0.X * w.w0 + p1.X * w.w1 + p2.X * w.w2 + p3.X * w.w3,
+            p0.Y * w.w0 + p1.Y * w.w1 + p2.Y * w.w2 + p3.Y * w.w3};
 }
 
 /// One coordinate of a target that lies on the common line of a and b: a multiple of whichever is longer there.

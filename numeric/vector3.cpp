@@ -34,6 +34,25 @@ C3DVector3Tpl<T>::operator QN_Vector() const
 }
 
 template <typename T>
+C3DVector3Tpl<T> & C3DVector3Tpl<T>::MulSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m)
+{
+    T sum[4] = {m.Get(3, 0), m.Get(3, 1), m.Get(3, 2), m.Get(3, 3)};
+    for (int row = 0; row < 3; ++row)
+    {
+        T const component = v.GetArray()[row];
+        if (component < 0 || component > 0)
+        {
+            for (int column = 0; column < 4; ++column)
+            {
+                sum[column] += component * m.Get(row, column);
+            }
+        }
+    }
+    T const reciprocal = T(1) / sum[3];
+    return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
+}
+
+template <typename T>
 int C3DVector3Tpl<T>::SetOrthogonal(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
 {
     T const tolerance = math::detail::k_StandardTolerance<T>;
@@ -111,7 +130,8 @@ template <typename T>
 C3DVector3Tpl<T> WeightedSum(math::detail::BsplineWeights<T> const & w, C3DVector3Tpl<T> const & p0,
                              C3DVector3Tpl<T> const & p1, C3DVector3Tpl<T> const & p2, C3DVector3Tpl<T> const & p3)
 {
-    return {p0.X * w.w0 + p1.X * w.w1 + p2.X * w.w2 + p3.X * w.w3, p0.Y * w.w0 + p1.Y * w.w1 + p2.Y * w.w2 + p3.Y * w.w3,
+    return {p0.X * w.w0 + p1.X * w.w1 + p2.X * w.w2 + p3.X * w.w3,
+            p0.Y * w.w0 + p1.Y * w.w1 + p2.Y * w.w2 + p3.Y * w.w3,
             p0.Z * w.w0 + p1.Z * w.w1 + p2.Z * w.w2 + p3.Z * w.w3};
 }
 

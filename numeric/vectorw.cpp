@@ -19,13 +19,9 @@ C3DVectorw & SetPosition(C3DVectorw & target, double x, double y, double z)
 
 } // namespace
 
-C3DVectorw::C3DVectorw() : X(0), Y(0), Z(0), W(1)
-{
-}
+C3DVectorw::C3DVectorw() : X(0), Y(0), Z(0), W(1) {}
 
-C3DVectorw::C3DVectorw(double x, double y, double z, double w) : X(x), Y(y), Z(z), W(w)
-{
-}
+C3DVectorw::C3DVectorw(double x, double y, double z, double w) : X(x), Y(y), Z(z), W(w) {}
 
 C3DVectorw & C3DVectorw::Set(double x, double y, double z, double w)
 {

@@ -31,10 +31,19 @@ double BoundedInZeroToTwoPi(double angle)
     return angle;
 }
 
-/// The whole turns of an angle, counted toward zero in 32 bits.
+/// The whole turns nearest to an angle, in 32 bits; none for a NaN.
 double CountTurns(double angle)
 {
-    double const turns = std::trunc(angle * k_InverseTwoPi);
+    double turns = std::trunc(angle * k_InverseTwoPi);
+    double const rest = std::fmod(angle, k_TwoPi);
+    if (rest > k_Pi)
+    {
+        turns += 1;
+    }
+    else if (rest < -k_Pi)
+    {
+        turns -= 1;
+    }
     if (std::isnan(turns))
     {
         return 0;
@@ -85,17 +94,7 @@ double F3DGetClosestAngle(double angle, double first, double second)
 
 double F3DGetUnboundedAngle(double angle, double reference)
 {
-    double turns = CountTurns(reference);
-    double const rest = std::fmod(reference, k_TwoPi);
-    if (rest > k_Pi)
-    {
-        turns += 1;
-    }
-    else if (rest < -k_Pi)
-    {
-        turns -= 1;
-    }
-    return turns * k_TwoPi + angle;
+    return CountTurns(reference) * k_TwoPi + angle;
 }
 
 double F3DBoundAngleInMinus2PITo2PI(double angle)

@@ -31,7 +31,8 @@ inline constexpr EulerOrder k_EulerOrders[6] = {
 /// The row of an order, or null for a value that names none.
 inline EulerOrder const * FindEulerOrder(tagE3DROTORDER order)
 {
-    return order >= E3DROTORDER_XYZ && order <= E3DROTORDER_ZYX ? &k_EulerOrders[static_cast<std::size_t>(order)] : nullptr;
+    return order >= E3DROTORDER_XYZ && order <= E3DROTORDER_ZYX ? &k_EulerOrders[static_cast<std::size_t>(order)]
+                                                                : nullptr;
 }
 
 } // namespace math::detail

@@ -5,7 +5,8 @@
 namespace math::detail
 {
 
-/// Whether every element compares equal to the identity's. The class's own operator== takes a NaN for equal to anything.
+/// Whether every element compares equal to the identity's. The class's own operator== takes a NaN for equal to
+/// anything.
 inline bool IsExactlyIdentity(C3DRotMatTpl<double> const & m)
 {
     for (int r = 0; r < 3; ++r)

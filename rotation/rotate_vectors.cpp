@@ -1,7 +1,5 @@
 #include "rotation/rotate_vectors.h"
 
-#include "math/rotation.h"
-
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
@@ -23,12 +21,14 @@ void RotateEach(Matrix const & m, Vector const * in, long n, Vector * out)
     }
 }
 
+} // namespace
+
 #if defined(__x86_64__)
 
-/// Four vectors at a time; returns how many were done. The 128-bit halves of the twelve numbers are loaded so that the
-/// low lanes hold the first two vectors and the high lanes the other two,
-///     x0 y0 | x2 y2     z0 x1 | z2 x3     y1 z1 | y3 z3
-/// from which one shuffle each makes the four x, the four y and the four z, and back.
+// The 128-bit halves of the twelve numbers are loaded so that the low lanes hold the first two vectors and the high
+// lanes the other two,
+//     x0 y0 | x2 y2     z0 x1 | z2 x3     y1 z1 | y3 z3
+// from which one shuffle each makes the four x, the four y and the four z, and back.
 __attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const * in, long n, Vector * out)
 {
     __m256d rows[3][3];
@@ -43,7 +43,8 @@ __attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const 
     for (; i + 4 <= n; i += 4)
     {
         double const * const source = in[i].GetArray();
-        __m256d const xy = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source)), _mm_loadu_pd(source + 6), 1);
+        __m256d const xy =
+            _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source)), _mm_loadu_pd(source + 6), 1);
         __m256d const zx =
             _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(source + 2)), _mm_loadu_pd(source + 8), 1);
         __m256d const yz =
@@ -71,7 +72,7 @@ __attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const 
     return i;
 }
 
-/// Two vectors at a time, in the same manner, with what every x86-64 has.
+// In the same manner.
 long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
 {
     __m128d rows[3][3];
@@ -95,8 +96,8 @@ long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
         __m128d product[3];
         for (int c = 0; c < 3; ++c)
         {
-            product[c] = _mm_add_pd(_mm_add_pd(_mm_mul_pd(x, rows[0][c]), _mm_mul_pd(y, rows[1][c])),
-                                    _mm_mul_pd(z, rows[2][c]));
+            product[c] =
+                _mm_add_pd(_mm_add_pd(_mm_mul_pd(x, rows[0][c]), _mm_mul_pd(y, rows[1][c])), _mm_mul_pd(z, rows[2][c]));
         }
         double * const target = out[i].GetArray();
         _mm_storeu_pd(target, _mm_shuffle_pd(product[0], product[1], 0b00));
@@ -108,8 +109,6 @@ long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
 
 #endif
 
-} // namespace
-
 void RotateVectors(Matrix const & m, Vector const * in, long n, Vector * out)
 {
     long done = 0;
@@ -120,58 +119,3 @@ void RotateVectors(Matrix const & m, Vector const * in, long n, Vector * out)
 }
 
 } // namespace math::detail
-
-void C3DRotation::RotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
-{
-    if (QuickIsIdentity())
-    {
-        out = in;
-        return;
-    }
-    FreshenMatrix();
-    out.Mul(in, m_Matrix);
-}
-
-void C3DRotation::InvRotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
-{
-    if (QuickIsIdentity())
-    {
-        out = in;
-        return;
-    }
-    FreshenMatrix();
-    out.Mul(m_Matrix, in);
-}
-
-void C3DRotation::RotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out)
-{
-    Rotate(in, n, out, false);
-}
-
-void C3DRotation::InvRotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out)
-{
-    Rotate(in, n, out, true);
-}
-
-void C3DRotation::Rotate(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out, bool inverse)
-{
-    if (n <= 0)
-    {
-        return;
-    }
-    if (QuickIsIdentity())
-    {
-        for (long i = 0; i < n; ++i)
-        {
-            out[i] = in[i];
-        }
-        return;
-    }
-    FreshenMatrix();
-    C3DRotMatTpl<double> matrix = m_Matrix;
-    if (inverse)
-    {
-        matrix.Transpose();
-    }
-    math::detail::RotateVectors(matrix, in, n, out);
-}

@@ -14,4 +14,15 @@ namespace math::detail
 void RotateVectors(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,
                    C3DVector3Tpl<double> * out);
 
+#if defined(__x86_64__)
+
+/// The kernels: as many whole groups of four (which needs AVX) or two (which any x86-64 can) as n holds. They return
+/// how many vectors were done.
+long RotateByFour(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,
+                  C3DVector3Tpl<double> * out);
+long RotateByTwo(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,
+                 C3DVector3Tpl<double> * out);
+
+#endif
+
 } // namespace math::detail

@@ -136,6 +136,11 @@ void C3DRotation::SetXYZAnglesRep()
     _SetAnglesDirty(0);
 }
 
+int C3DRotation::NextAxis(int axis)
+{
+    return (axis + 1) % 3;
+}
+
 // --- The caches ------------------------------------------------------------------------------------------------------
 
 void C3DRotation::UpdateQuat()

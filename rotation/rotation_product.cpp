@@ -78,10 +78,11 @@ C3DRotation & C3DRotation::MulAndUpdateEulerAngles(C3DRotation & a, C3DRotation 
         C3DVector3Tpl<double> target = reference.m_XYZAngles;
         return MulUsingEulerAnglesTarget(a, b, target, reference.GetXYZRotOrder());
     }
-    C3DRotation & identity = a.QuickIsIdentity() ? a : b;
-    C3DRotation & other = a.QuickIsIdentity() ? b : a;
+    bool const aIsIdentity = a.QuickIsIdentity() != 0;
+    C3DRotation & identity = aIsIdentity ? a : b;
+    C3DRotation & other = aIsIdentity ? b : a;
     tagE3DROTORDER const identityOrder = identity.GetXYZRotOrder();
-    bool const otherIsReference = &other == &reference;
+    bool const otherIsReference = (which == 1) != aIsIdentity;
     Set(other, 0);
     if (otherIsReference)
     {

@@ -18,31 +18,32 @@ bool IsAxis(tagE3DAXISTYPE axis)
     return axis == E3D_AXIS_X || axis == E3D_AXIS_Y || axis == E3D_AXIS_Z;
 }
 
-/// Whether axis i acts before axis j.
-bool ActsBefore(int i, int j, EulerOrder const & order)
+/// Whether axis i acts before axis j. In an order that does not exist no axis does.
+bool ActsBefore(int i, int j, EulerOrder const * order)
 {
-    return i == order.first || j == order.last;
+    return order != nullptr && (i == order->first || j == order->last);
 }
 
-/// Whether the angles mean the same rotation in both orders: no two axes with an angle change their sequence. With three
-/// angles every change of order changes some sequence.
+/// Whether the angles mean the same rotation in both orders, which differ: no two axes with an angle change their
+/// sequence. With three angles every change of order changes some sequence; with one there is none.
 bool AnglesKeepTheirMeaning(C3DVector3Tpl<double> const & angles, tagE3DROTORDER oldOrder, tagE3DROTORDER newOrder)
 {
     EulerOrder const * const before = FindEulerOrder(oldOrder);
     EulerOrder const * const after = FindEulerOrder(newOrder);
-    if (before == nullptr || after == nullptr)
-    {
-        return false;
-    }
+    int pairs = 0;
     for (int i = 0; i < 3; ++i)
     {
         int const j = (i + 1) % 3;
-        if (angles.Get(i) != 0 && angles.Get(j) != 0 && ActsBefore(i, j, *before) != ActsBefore(i, j, *after))
+        if (angles.Get(i) != 0 && angles.Get(j) != 0)
         {
-            return false;
+            ++pairs;
+            if (ActsBefore(i, j, before) != ActsBefore(i, j, after))
+            {
+                return false;
+            }
         }
     }
-    return true;
+    return pairs < 3;
 }
 
 } // namespace

@@ -1,24 +1,37 @@
 #include "bake/options.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 
 namespace bake
 {
 
-std::string_view const kUsage = R"(Usage: bake [--out DIR] CLIP.bvh
+std::string_view const kUsage = R"(Usage: bake [--out DIR] [--order ABC] CLIP.bvh
 
 Reads a motion-capture clip and computes where each joint is in world space,
-frame by frame.
+frame by frame. With an order, writes the same motion with the rotations of
+every joint in that order, each frame's angles the nearest to those of the
+frame before: nothing flips, and whole turns are kept.
 
 Options:
-  --out DIR   folder for the results, made where it is missing (default: bake-out)
-  -h, --help  print this text and end
+  --out DIR    folder for the results, made where it is missing (default: bake-out)
+  --order ABC  XYZ, XZY, YXZ, YZX, ZXY or ZYX, as a channel list names its
+               rotations, from the outermost to the innermost: ZXY stands for
+               "Zrotation Xrotation Yrotation", in which Y acts first on a point
+  -h, --help   print this text and end
 
 Results:
-  world.csv   frame, joint, x, y, z: the position of every joint in every frame
-  pose.svg    the figure from the front and from the side in six poses over the
-              clip, with the paths of its hands, feet and other ends
+  world.csv    frame, joint, x, y, z: the position of every joint in every frame
+  pose.svg     the figure from the front and from the side in six poses over the
+               clip, with the paths of its hands, feet and other ends
+
+Results with an order:
+  baked.bvh    the clip in that order; positions are as they were. Rotations that
+               a joint lacks count as 0, and are written: every joint has three
+  angles.csv   frame, joint, x, y, z: the angles of baked.bvh in degrees
+  curves.svg   for the joint that changes most, its angles extracted plainly, each
+               frame by itself, above those of baked.bvh, with the jumps marked
 
 Status: 0 done, 1 a file could not be read or written,
         2 the clip or the command line is wrong. Results of an earlier run stay
@@ -27,6 +40,17 @@ Status: 0 done, 1 a file could not be read or written,
 
 namespace
 {
+
+clip::ChannelOrder FindOrder(std::string_view name)
+{
+    auto const * const found = std::find_if(clip::kChannelOrders.begin(), clip::kChannelOrders.end(),
+                                            [name](clip::ChannelOrder const & order) { return order.name == name; });
+    if (found == clip::kChannelOrders.end())
+    {
+        throw UsageError("unknown order \"" + std::string(name) + "\": it is one of XYZ, XZY, YXZ, YZX, ZXY and ZYX");
+    }
+    return *found;
+}
 
 class ArgumentReader
 {
@@ -55,8 +79,7 @@ public:
 private:
     void ReadOption(std::string_view argument)
     {
-        std::size_t const equals = argument.find('=');
-        std::string_view const name = argument.substr(0, equals);
+        std::string_view const name = argument.substr(0, argument.find('='));
         if (argument == "--")
         {
             m_AreOptionsOver = true;
@@ -67,11 +90,15 @@ private:
         }
         else if (name == "--out")
         {
-            m_Options.outputFolder = equals == std::string_view::npos ? ReadValue(name) : argument.substr(equals + 1);
+            m_Options.outputFolder = ReadValue(argument);
             if (m_Options.outputFolder.empty())
             {
                 throw UsageError("option \"--out\" wants a folder");
             }
+        }
+        else if (name == "--order")
+        {
+            m_Options.order = FindOrder(ReadValue(argument));
         }
         else
         {
@@ -79,11 +106,16 @@ private:
         }
     }
 
-    std::string_view ReadValue(std::string_view name)
+    /// What stands behind the option's equals sign, or else the next argument.
+    std::string_view ReadValue(std::string_view option)
     {
+        if (std::size_t const equals = option.find('='); equals != std::string_view::npos)
+        {
+            return option.substr(equals + 1);
+        }
         if (m_Next == m_Arguments.size())
         {
-            throw UsageError("option \"" + std::string(name) + "\" wants a value");
+            throw UsageError("option \"" + std::string(option) + "\" wants a value");
         }
         return m_Arguments[m_Next++];
     }

@@ -1,5 +1,6 @@
 #include "bake/pose_picture.h"
 
+#include "bake/page_style.h"
 #include "clip/number_text.h"
 
 #include <algorithm>
@@ -24,20 +25,12 @@ constexpr std::size_t kMostPoses = 6;
 constexpr std::size_t kMostPathPoints = 240; ///< of one end in one column: more cannot be told apart
 constexpr std::size_t kMostNameBytes = 24;   ///< in the legend
 
-constexpr double kPageWidth = 1280;
-constexpr double kMargin = 32;
 constexpr double kHeaderHeight = 108;
-constexpr double kPanelGap = 18;
 constexpr double kPanelPadding = 34; ///< above the figures
 constexpr double kPanelFoot = 52;    ///< below the ground, for the labels of time
 constexpr double kMostFigureHeight = 300;
 constexpr double kColumnShare = 0.97; ///< of a column's width, for figure and paths
 
-constexpr std::string_view kPaper = "#f4f2ee";
-constexpr std::string_view kPanelColor = "#ffffff";
-constexpr std::string_view kGroundColor = "#b7b1a6";
-constexpr std::string_view kInk = "#23272f";
-constexpr std::string_view kQuietInk = "#737882";
 constexpr std::string_view kTrunkColor = "#4a4f5a";
 
 /// Told apart by most colour-blind readers, after Okabe and Ito, a little darker to stand on white.
@@ -104,21 +97,6 @@ struct Extent
     double Width() const { return right - left; }
 };
 
-/// A name cut to what the legend has room for, between two characters.
-std::string ShortName(std::string const & name)
-{
-    if (name.size() <= kMostNameBytes)
-    {
-        return name;
-    }
-    std::size_t length = kMostNameBytes - 3;
-    while (length > 0 && (static_cast<unsigned char>(name[length]) & 0xC0U) == 0x80)
-    {
-        --length;
-    }
-    return name.substr(0, length) + "...";
-}
-
 class PosePicture
 {
 public:
@@ -184,6 +162,8 @@ private:
         clip::Joint const & joint = m_Clip.skeleton.joints[static_cast<std::size_t>(end)];
         return joint.isEndSite ? m_Clip.skeleton.joints[static_cast<std::size_t>(joint.parent)].name : joint.name;
     }
+
+    std::string LegendName(int end) const { return clip::ShortenText(NameOfEnd(end), kMostNameBytes); }
 
     double ColumnWidth() const { return (kPageWidth - 2 * kMargin) / static_cast<double>(m_Pieces.size()); }
 
@@ -254,7 +234,7 @@ private:
         std::size_t longest = 0;
         for (int const end : m_Ends)
         {
-            longest = std::max(longest, ShortName(NameOfEnd(end)).size());
+            longest = std::max(longest, LegendName(end).size());
         }
         double const width = kSample + 3 * kGap + kCharacterWidth * static_cast<double>(longest);
         auto const fitting = static_cast<std::size_t>((kPageWidth - 2 * kMargin) / width);
@@ -263,7 +243,7 @@ private:
         for (int const end : std::span(m_Ends).first(shown))
         {
             drawing.Line({x + 3, 78}, {x + kSample, 78}, {ColorOf(static_cast<std::size_t>(end)), 5});
-            drawing.Text({x + kSample + kGap, 83}, ShortName(NameOfEnd(end)), {14, std::string(kInk)});
+            drawing.Text({x + kSample + kGap, 83}, LegendName(end), {14, std::string(kInk)});
             x += width;
         }
         if (shown < m_Ends.size())
@@ -276,9 +256,9 @@ private:
     void DrawPanel(clip::Drawing & drawing, View const & view, double top, double height) const
     {
         double const ground = top + height - kPanelFoot;
-        drawing.Rectangle({kMargin, top}, kPageWidth - 2 * kMargin, height, {std::string(kPanelColor)}, 8);
+        drawing.Rectangle({kMargin, top}, kPageWidth - 2 * kMargin, height, {std::string(kPanelColor)}, kPanelCorner);
         drawing.Text({kMargin + 14, top + 23}, view.label, {14, std::string(kQuietInk), clip::Anchor::Start, true});
-        drawing.Line({kMargin + 14, ground}, {kPageWidth - kMargin - 14, ground}, {std::string(kGroundColor), 1.5});
+        drawing.Line({kMargin + 14, ground}, {kPageWidth - kMargin - 14, ground}, {std::string(kRuleColor), 1.5});
         for (std::size_t i = 0; i < m_Pieces.size(); ++i)
         {
             double const center = kMargin + (static_cast<double>(i) + 0.5) * ColumnWidth();
@@ -315,6 +295,7 @@ private:
         {
             auto const joint = static_cast<std::size_t>(end);
             std::vector<clip::Point> path;
+            path.reserve(frames.size());
             for (std::size_t const frame : frames)
             {
                 path.push_back(toPage(m_Positions.Frame(frame)[joint]));

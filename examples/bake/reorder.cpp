@@ -1,5 +1,6 @@
 #include "bake/reorder.h"
 
+#include "bake/pole_repair.h"
 #include "math/rotation_conversions.h"
 
 #include <cstddef>
@@ -98,30 +99,41 @@ std::vector<PositionPlaces> FindPositions(clip::Skeleton const & skeleton, clip:
     return places;
 }
 
-void ReorderFrame(std::span<double const> from, std::span<double> to, std::span<RotationTrack> tracks,
-                  Extraction extraction)
+/// \return whether the angles had to be repaired
+bool Extract(C3DRotMatTpl<double> const & matrix, clip::ChannelOrder const & order, Extraction extraction,
+             Vector & angles)
 {
+    if (extraction == Extraction::Plain)
+    {
+        F3DMatToEuler(matrix, angles, order.order);
+        return false;
+    }
+    Vector const target = angles;
+    F3DMatToEulerUsingTarget(matrix, angles, order.order);
+    return RepairAtPole(matrix, order, target, angles);
+}
+
+/// \return how many rotations had to be repaired
+std::size_t ReorderFrame(std::span<double const> from, std::span<double> to, std::span<RotationTrack> tracks,
+                         Extraction extraction)
+{
+    std::size_t repairs = 0;
     C3DRotMatTpl<double> matrix;
     for (RotationTrack & track : tracks)
     {
         track.from.ComputeMatrix(from, matrix);
-        if (extraction == Extraction::Nearest)
-        {
-            F3DMatToEulerUsingTarget(matrix, track.angles, track.to.Order().order);
-        }
-        else
-        {
-            F3DMatToEuler(matrix, track.angles, track.to.Order().order);
-        }
+        repairs += Extract(matrix, track.to.Order(), extraction, track.angles) ? 1 : 0;
         track.to.SetRadians(to, track.angles);
     }
+    return repairs;
 }
 
 } // namespace
 
-clip::Clip Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction)
+Reordering Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction)
 {
-    clip::Clip reordered;
+    Reordering result;
+    clip::Clip & reordered = result.clip;
     reordered.skeleton = ReorderSkeleton(motion.skeleton, order);
     reordered.frameTime = motion.frameTime;
     reordered.frameCount = motion.frameCount;
@@ -137,9 +149,9 @@ clip::Clip Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, 
         {
             to[place.to] = from[place.from];
         }
-        ReorderFrame(from, to, tracks, extraction);
+        result.repairs += ReorderFrame(from, to, tracks, extraction);
     }
-    return reordered;
+    return result;
 }
 
 } // namespace bake

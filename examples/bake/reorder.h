@@ -3,6 +3,8 @@
 #include "clip/clip.h"
 #include "clip/joint_rotation.h"
 
+#include <cstddef>
+
 namespace bake
 {
 
@@ -13,11 +15,18 @@ enum class Extraction : unsigned char
     Nearest ///< those nearest to the frame before, whole turns included
 };
 
+/// A clip whose rotations were put in another order.
+struct Reordering
+{
+    clip::Clip clip;
+    std::size_t repairs = 0; ///< rotations at a pole, of all joints and frames, that the nearest extraction missed
+};
+
 /// The clip with the rotations of every joint in another order. The nearest extraction starts from the angles of the
 /// first frame as they stand in the clip, so that turns with which a joint begins are kept.
 ///
 /// The rotations take the places of the old ones in a joint's channel list. A joint with less than three gets the
 /// missing ones behind its other channels. Positions are kept as they are, bit for bit.
-clip::Clip Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction);
+Reordering Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction);
 
 } // namespace bake

@@ -3,7 +3,6 @@
 #include "clip/number_text.h"
 
 #include <array>
-#include <cstddef>
 
 namespace clip
 {
@@ -111,6 +110,20 @@ std::string EscapeCharacter(std::string_view character)
 }
 
 } // namespace
+
+std::string ShortenText(std::string const & text, std::size_t mostBytes)
+{
+    if (text.size() <= mostBytes)
+    {
+        return text;
+    }
+    std::size_t length = mostBytes - 3;
+    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80)
+    {
+        --length;
+    }
+    return text.substr(0, length) + "...";
+}
 
 std::string EscapeXml(std::string_view text)
 {

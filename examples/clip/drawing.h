@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <ostream>
 #include <span>
 #include <string>
@@ -72,6 +73,9 @@ private:
     std::string m_Title;
     std::string m_Body;
 };
+
+/// Text of at most so many bytes (3 or more): where it is longer, as many whole characters as fit with "..." behind.
+std::string ShortenText(std::string const & text, std::size_t mostBytes);
 
 /// Text as it may stand in XML: markup characters become references; control characters, which XML cannot hold, and
 /// bytes that are no UTF-8 become U+FFFD.

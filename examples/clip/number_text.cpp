@@ -52,6 +52,14 @@ std::string ShortestText(double value)
     return {buffer.data(), result.ptr};
 }
 
+std::string RoughText(double value, int digits)
+{
+    std::array<char, 32> buffer;
+    auto const result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, digits);
+    return {buffer.data(), result.ptr};
+}
+
 std::string FixedText(double value, int decimals)
 {
     constexpr double kLimit = 1e15;

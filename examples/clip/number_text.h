@@ -17,6 +17,9 @@ std::optional<unsigned long long> ParseCount(std::string_view text);
 /// The shortest decimal text that reads back as the same double, bit for bit.
 std::string ShortestText(double value);
 
+/// `value` rounded to `digits` digits (at most 17), in the shorter of plain and scientific form.
+std::string RoughText(double value, int digits);
+
 /// `value` rounded to `decimals` places (at most 17), all of them written and never with a negative zero, so that equal
 /// pictures give equal bytes. What is not finite or beyond 1e15 in size counts as 0.
 std::string FixedText(double value, int decimals);

@@ -203,8 +203,8 @@ private:
     {
         if (!EqualWords(word, "ROOT"))
         {
-            m_Words.Fail((m_Skeleton.joints.empty() ? "expected \"ROOT\", found "
-                                                    : "expected \"MOTION\" or another \"ROOT\", found ") +
+            m_Words.Fail((m_Skeleton.joints.empty() ? R"(expected "ROOT", found )"
+                                                    : R"(expected "MOTION" or another "ROOT", found )") +
                          Quoted(word));
         }
         OpenNamed();
@@ -235,8 +235,8 @@ private:
         }
         else
         {
-            m_Words.Fail((Current().isEndSite ? "expected \"OFFSET\" or \"}\" in an end site, found "
-                                              : "expected \"OFFSET\", \"CHANNELS\", \"JOINT\", \"End Site\" or \"}\", "
+            m_Words.Fail((Current().isEndSite ? R"(expected "OFFSET" or "}" in an end site, found )"
+                                              : R"(expected "OFFSET", "CHANNELS", "JOINT", "End Site" or "}", )"
                                                 "found ") +
                          Quoted(word));
         }

@@ -11,13 +11,13 @@ class C3DMatrixMN;
 /// (0, -1) gives -pi, not pi.
 MATH_API double F3DArcSinCos(double sine, double cosine);
 
-/// Whichever of two angles (typically the ends of an allowed range) is closest to a third on the circle. The result is in
-/// [0, 2 pi], not necessarily the argument as passed. Where `first` is the lower of the two, "closest" is decided by the
-/// midpoint of the arc outside them.
+/// Whichever of two angles (typically the ends of an allowed range) is closest to a third on the circle. The result is
+/// in [0, 2 pi], not necessarily the argument as passed. Where `first` is the lower of the two, "closest" is decided by
+/// the midpoint of the arc outside them.
 MATH_API double F3DGetClosestAngle(double angle, double first, double second);
 
-/// The angle plus the whole turns of `reference`. The turns are counted in 32 bits; a reference beyond them counts as the
-/// greatest number of turns, a NaN as none.
+/// The angle plus the whole turns of `reference`. The turns are counted in 32 bits; a reference beyond them counts as
+/// the greatest number of turns, a NaN as none.
 MATH_API double F3DGetUnboundedAngle(double angle, double reference);
 
 /// The remainder of a division by 2 pi, with the sign of the angle.

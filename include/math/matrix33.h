@@ -184,16 +184,13 @@ public:
     /// The product a b: a acts first on a row vector.
     C3DMatrix33Tpl & Mul(C3DMatrix33Tpl const & a, C3DMatrix33Tpl const & b)
     {
-        T product[3][3];
-        for (int r = 0; r < 3; ++r)
+        auto const element = [&a, &b](int r, int c)
         {
-            for (int c = 0; c < 3; ++c)
-            {
-                product[r][c] = a.m_Elements[r][0] * b.m_Elements[0][c] + a.m_Elements[r][1] * b.m_Elements[1][c] +
-                                a.m_Elements[r][2] * b.m_Elements[2][c];
-            }
-        }
-        return Set(product);
+            return a.m_Elements[r][0] * b.m_Elements[0][c] + a.m_Elements[r][1] * b.m_Elements[1][c] +
+                   a.m_Elements[r][2] * b.m_Elements[2][c];
+        };
+        return Set(element(0, 0), element(0, 1), element(0, 2), element(1, 0), element(1, 1), element(1, 2),
+                   element(2, 0), element(2, 1), element(2, 2));
     }
     /// The target times b.
     C3DMatrix33Tpl & Mul(C3DMatrix33Tpl const & b) { return Mul(*this, b); }

@@ -3,6 +3,7 @@
 /// \file
 /// The four by four matrix.
 
+#include "math/detail/row4.h"
 #include "math/matrix33.h"
 #include "math/numeric.h"
 #include "math/vector3.h"
@@ -211,16 +212,23 @@ public:
     /// The product a b: a acts first on a row vector.
     C3DMatrix44Tpl & Mul(C3DMatrix44Tpl const & a, C3DMatrix44Tpl const & b)
     {
-        T product[4][4];
+        // The rows of b are in hand before the first row of the target is written, and each row of a before its own.
+        using Row = typename math::detail::Row4<T>::Lanes;
+        Row b0;
+        Row b1;
+        Row b2;
+        Row b3;
+        std::memcpy(&b0, b.m_Elements[0], sizeof b0);
+        std::memcpy(&b1, b.m_Elements[1], sizeof b1);
+        std::memcpy(&b2, b.m_Elements[2], sizeof b2);
+        std::memcpy(&b3, b.m_Elements[3], sizeof b3);
         for (int r = 0; r < 4; ++r)
         {
-            for (int c = 0; c < 4; ++c)
-            {
-                product[r][c] = a.m_Elements[r][0] * b.m_Elements[0][c] + a.m_Elements[r][1] * b.m_Elements[1][c] +
-                                a.m_Elements[r][2] * b.m_Elements[2][c] + a.m_Elements[r][3] * b.m_Elements[3][c];
-            }
+            T const * const row = a.m_Elements[r];
+            Row const sum = row[0] * b0 + row[1] * b1 + row[2] * b2 + row[3] * b3;
+            std::memcpy(m_Elements[r], &sum, sizeof sum);
         }
-        return Set(product);
+        return *this;
     }
     /// The target times b.
     C3DMatrix44Tpl & Mul(C3DMatrix44Tpl const & b) { return Mul(*this, b); }
@@ -329,19 +337,22 @@ inline C3DMatrix33Tpl<T> & C3DMatrix33Tpl<T>::Set(int r, int c, C3DMatrix44Tpl<T
 template <typename T>
 inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DMatrix44Tpl<T> const & m)
 {
-    T sum[4] = {m.Get(3, 0), m.Get(3, 1), m.Get(3, 2), m.Get(3, 3)};
-    T const components[3] = {v.X, v.Y, v.Z};
-    for (int row = 0; row < 3; ++row)
+    // A product that is neither 0 nor a NaN has no factor that is: every row of m counts.
+    T const product = v.X * v.Y * v.Z;
+    if (!(product < 0 || product > 0)) [[unlikely]]
     {
-        T const component = components[row];
-        if (component < 0 || component > 0)
-        {
-            for (int column = 0; column < 4; ++column)
-            {
-                sum[column] += component * m.Get(row, column);
-            }
-        }
+        return MulSkippingZeros(v, m);
     }
+    using Row = typename math::detail::Row4<T>::Lanes;
+    Row x;
+    Row y;
+    Row z;
+    Row last;
+    std::memcpy(&x, m.GetArray(), sizeof x);
+    std::memcpy(&y, m.GetArray() + 4, sizeof y);
+    std::memcpy(&z, m.GetArray() + 8, sizeof z);
+    std::memcpy(&last, m.GetArray() + 12, sizeof last);
+    Row const sum = last + v.X * x + v.Y * y + v.Z * z;
     T const reciprocal = T(1) / sum[3];
     return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
 }
@@ -349,12 +360,18 @@ inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DM
 template <typename T>
 inline C3DVector4Tpl<T> & C3DVector4Tpl<T>::Mul(C3DVector4Tpl<T> const & v, C3DMatrix44Tpl<T> const & m)
 {
-    T product[4];
-    for (int c = 0; c < 4; ++c)
-    {
-        product[c] = v.X * m.Get(0, c) + v.Y * m.Get(1, c) + v.Z * m.Get(2, c) + v.W * m.Get(3, c);
-    }
-    return Set(product[0], product[1], product[2], product[3]);
+    using Row = typename math::detail::Row4<T>::Lanes;
+    Row x;
+    Row y;
+    Row z;
+    Row w;
+    std::memcpy(&x, m.GetArray(), sizeof x);
+    std::memcpy(&y, m.GetArray() + 4, sizeof y);
+    std::memcpy(&z, m.GetArray() + 8, sizeof z);
+    std::memcpy(&w, m.GetArray() + 12, sizeof w);
+    Row const sum = v.X * x + v.Y * y + v.Z * z + v.W * w;
+    std::memcpy(GetArray(), &sum, sizeof sum);
+    return *this;
 }
 
 template <typename T>

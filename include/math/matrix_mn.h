@@ -128,9 +128,9 @@ private:
     /// The sum of the magnitudes.
     double SumAbsVal(double * v, int count);
 
-    int m_NbRow;
-    int m_NbCol;
-    double ** m_Rows;
+    int m_NbRow{0};
+    int m_NbCol{0};
+    double ** m_Rows{nullptr};
 };
 
 /// Writes each row as "( ", the elements with a blank after each, ")" and an end of line; nothing for an empty matrix.

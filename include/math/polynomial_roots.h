@@ -27,6 +27,7 @@ enum tagE3D_QUAD_ROOT_CODE
 /// second c / q. Without b the positive root comes first. Without c the roots are -b / a and 0, in this order.
 /// (Press, Teukolsky, Vetterling, Flannery: Numerical Recipes, section 5.6.)
 ///
+/// \param a,b,c the coefficients
 /// \param code what was found
 /// \param roots room for two roots
 /// \return 0 when something was found, 1 for no root, `E_POINTER` for a null `code`, with nothing written

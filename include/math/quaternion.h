@@ -188,16 +188,16 @@ public:
     C3DQuatTpl & Normalize();
 
     /// Spherical linear interpolation along the shorter arc, from a at t = 0 to b, or -b, at t = 1; t is not clamped.
-    /// Quaternions closer than a cosine of 0.999999999999 are blended linearly. The result is not normalised. (Shoemake,
-    /// "Animating rotation with quaternion curves", 1985.)
+    /// Quaternions closer than a cosine of 0.999999999999 are blended linearly. The result is not normalised.
+    /// (Shoemake, "Animating rotation with quaternion curves", 1985.)
     C3DQuatTpl & Slerp(C3DQuatTpl const & a, C3DQuatTpl const & b, T t);
     ///@}
 
     /// \name Persistence and text
     ///@{
 
-    /// Writes X, Y, Z, W: the scalar part comes last here. Always 0: results of the stream are not looked at, and a null
-    /// stream is tolerated.
+    /// Writes X, Y, Z, W: the scalar part comes last here. Always 0: results of the stream are not looked at, and a
+    /// null stream is tolerated.
     long Save(IStream * stream, int format) const;
 
     /// Reads what Save writes, under the same indifference: what cannot be read keeps its value.

@@ -34,9 +34,9 @@ class RotationInspector;
 /// Reading may fill a cache, so getters are not const, operands are non-const references, and one object belongs to one
 /// thread at a time, even for reading. What is known to be the identity carries a mark that spares all arithmetic.
 ///
-/// In `Mul(a, b)` a acts first: the matrix product a b of row vectors, the quaternion product b a. Angles are in radians,
-/// right-handed. A triple of Euler angles holds the angles about X, Y and Z, in the object's order, which stays through
-/// changes of value: only what names an order sets it.
+/// In `Mul(a, b)` a acts first: the matrix product a b of row vectors, the quaternion product b a. Angles are in
+/// radians, right-handed. A triple of Euler angles holds the angles about X, Y and Z, in the object's order, which
+/// stays through changes of value: only what names an order sets it.
 class MATH_API C3DRotation
 {
 public:
@@ -87,8 +87,8 @@ public:
     ///@}
 
     /// \name Tests
-    /// They trust the angles first, then the quaternion, then the matrix, whichever is valid: angles of a whole turn are
-    /// not the identity.
+    /// They trust the angles first, then the quaternion, then the matrix, whichever is valid: angles of a whole turn
+    /// are not the identity.
     ///@{
 
     /// 1 when the most trusted valid form is exactly the identity; the object is then marked.
@@ -131,17 +131,18 @@ public:
     /// coordinate axes is used as it stands and gives no unit quaternion.
     C3DRotation & Set(C3DVector3Tpl<double> const & axis, double angle);
 
-    /// The shortest rotation that takes one direction to another. Returns 0, with the identity, where the product of the
-    /// lengths is below 1e-12. `degenerate` becomes 1 for opposite directions, where the axis is a choice: X x from, or Y.
+    /// The shortest rotation that takes one direction to another. Returns 0, with the identity, where the product of
+    /// the lengths is below 1e-12. `degenerate` becomes 1 for opposite directions, where the axis is a choice: X x
+    /// from, or Y.
     int Set(C3DVector3Tpl<double> const & from, C3DVector3Tpl<double> const & to, int & degenerate);
 
     /// Another order. With `keepRotation` not 0 the rotation stays and its angles change where they have to: a single
-    /// angle, and two angles whose axes keep their sequence, keep their numbers and turns; others are extracted anew, in
-    /// (-pi, pi]. With `keepRotation` 0 the same angles are read in the new order, another rotation.
+    /// angle, and two angles whose axes keep their sequence, keep their numbers and turns; others are extracted anew,
+    /// in (-pi, pi]. With `keepRotation` 0 the same angles are read in the new order, another rotation.
     C3DRotation & Set(tagE3DROTORDER order, int keepRotation);
 
-    /// A copy of a rotation, of its valid forms. With `keepOwnOrder` not 0 this object keeps its order, in the manner of
-    /// `Set(order, 1)`. (Assignment copies everything, stale forms included.)
+    /// A copy of a rotation, of its valid forms. With `keepOwnOrder` not 0 this object keeps its order, in the manner
+    /// of `Set(order, 1)`. (Assignment copies everything, stale forms included.)
     C3DRotation & Set(C3DRotation const & source, int keepOwnOrder);
     ///@}
 
@@ -161,8 +162,8 @@ public:
     int MinAlignToZ(C3DVector3Tpl<double> const & v, int & degenerate);
 
     /// A rotation that carries axis1 to vct1 exactly, and axis2 toward vct2 as nearly as it can: the other way round
-    /// than AlignToX, which carries the vector to the axis. Returns 0, with nothing changed, for equal axes, a value that
-    /// names no axis, or a null vct1.
+    /// than AlignToX, which carries the vector to the axis. Returns 0, with nothing changed, for equal axes, a value
+    /// that names no axis, or a null vct1.
     int AlignAxesToVct(tagE3DAXISTYPE axis1, C3DVector3Tpl<double> const & vct1, tagE3DAXISTYPE axis2,
                        C3DVector3Tpl<double> const & vct2, int & degenerate);
     ///@}
@@ -241,7 +242,8 @@ protected:
     void UpdateXYZAngles();
     ///@}
 
-    static int NextAxis(int axis) { return (axis + 1) % 3; }
+    /// The axis after this one in the right-handed cycle X, Y, Z.
+    static int NextAxis(int axis);
 
 private:
     friend class math::detail::RotationInspector;

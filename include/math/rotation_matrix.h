@@ -14,9 +14,9 @@
 
 /// A three by three matrix that is known to be a rotation, for row vectors: row r is the image of axis r.
 ///
-/// It narrows the type, so that an interface can say that it takes a rotation and that inverting is transposing. It does
-/// not guard its content: any nine numbers can be stored, and nothing makes them orthonormal again. Operations mean what
-/// they mean in C3DMatrix33Tpl; of its `Set` and `Mul`, those listed here are offered.
+/// It narrows the type, so that an interface can say that it takes a rotation and that inverting is transposing. It
+/// does not guard its content: any nine numbers can be stored, and nothing makes them orthonormal again. Operations
+/// mean what they mean in C3DMatrix33Tpl; of its `Set` and `Mul`, those listed here are offered.
 template <typename T>
 class C3DRotMatTpl : public C3DMatrix33Tpl<T>
 {
@@ -44,8 +44,8 @@ public:
     {
     }
 
-    /// The elementary rotation about an axis, right-handed, by an angle in radians. A value that names no axis gives the
-    /// identity.
+    /// The elementary rotation about an axis, right-handed, by an angle in radians. A value that names no axis gives
+    /// the identity.
     C3DRotMatTpl & Set(tagE3DAXISTYPE axis, T angle);
     C3DRotMatTpl & Set(Base const & m)
     {

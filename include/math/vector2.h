@@ -241,7 +241,8 @@ public:
                                T epsilon = math::detail::k_StandardTolerance<T>) const;
 
     /// Finds s and t such that the target is s a + t b. Returns 1 on success. Where a and b are parallel within
-    /// `epsilon`, the target has to lie on the line of a, and one of s and t stays 0; else 0 is returned with s and t 0.
+    /// `epsilon`, the target has to lie on the line of a, and one of s and t stays 0; else 0 is returned with s and t
+    /// 0.
     int DecomposeIn2Basis(C3DVector2Tpl const & a, C3DVector2Tpl const & b, T & s, T & t,
                           T epsilon = math::detail::k_StandardTolerance<T>) const;
 

@@ -46,7 +46,8 @@ public:
     explicit C3DVector3Tpl(T const * const array) : X(array[0]), Y(array[1]), Z(array[2]) {}
 
     /// `value` in the component that `axis` selects, 0 in the others; an axis outside 0 to 2 gives the null vector.
-    C3DVector3Tpl(int axis, T value) : X(axis == 0 ? value : T(0)), Y(axis == 1 ? value : T(0)), Z(axis == 2 ? value : T(0))
+    C3DVector3Tpl(int axis, T value)
+        : X(axis == 0 ? value : T(0)), Y(axis == 1 ? value : T(0)), Z(axis == 2 ? value : T(0))
     {
     }
 
@@ -144,12 +145,18 @@ public:
     C3DVector3Tpl & Negate(C3DVector3Tpl const & a) { return Set(-a.X, -a.Y, -a.Z); }
 
     C3DVector3Tpl & Add(C3DVector3Tpl const & b) { return Add(*this, b); }
-    C3DVector3Tpl & Add(C3DVector3Tpl const & a, C3DVector3Tpl const & b) { return Set(a.X + b.X, a.Y + b.Y, a.Z + b.Z); }
+    C3DVector3Tpl & Add(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
+    {
+        return Set(a.X + b.X, a.Y + b.Y, a.Z + b.Z);
+    }
     C3DVector3Tpl & Add(T x, T y, T z) { return Set(X + x, Y + y, Z + z); }
 
     /// a - b in the form with two operands.
     C3DVector3Tpl & Sub(C3DVector3Tpl const & b) { return Sub(*this, b); }
-    C3DVector3Tpl & Sub(C3DVector3Tpl const & a, C3DVector3Tpl const & b) { return Set(a.X - b.X, a.Y - b.Y, a.Z - b.Z); }
+    C3DVector3Tpl & Sub(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
+    {
+        return Set(a.X - b.X, a.Y - b.Y, a.Z - b.Z);
+    }
     C3DVector3Tpl & Sub(T x, T y, T z) { return Set(X - x, Y - y, Z - z); }
 
     C3DVector3Tpl & Mul(T factor) { return Mul(*this, factor); }
@@ -301,7 +308,10 @@ public:
     /// as positive.
     C3DVector3Tpl & SetMinimal(C3DVector3Tpl const & limit, int magnitudes);
     /// The same limit for all components; note the order of the arguments.
-    C3DVector3Tpl & SetMinimal(int magnitudes, T limit) { return SetMinimal(C3DVector3Tpl(limit, limit, limit), magnitudes); }
+    C3DVector3Tpl & SetMinimal(int magnitudes, T limit)
+    {
+        return SetMinimal(C3DVector3Tpl(limit, limit, limit), magnitudes);
+    }
     ///@}
 
     /// \name Persistence and text
@@ -320,8 +330,18 @@ public:
 
     /// The less accurate tolerance of a scalar type, 1e-9 for `double` and 1e-6 for `float`; only the type of the
     /// argument matters.
-    static double GetLessAccurateEpsilon(double const & /*unused*/) { return math::detail::k_LessAccurateTolerance<double>; }
-    static float GetLessAccurateEpsilon(float const & /*unused*/) { return math::detail::k_LessAccurateTolerance<float>; }
+    static double GetLessAccurateEpsilon(double const & /*unused*/)
+    {
+        return math::detail::k_LessAccurateTolerance<double>;
+    }
+    static float GetLessAccurateEpsilon(float const & /*unused*/)
+    {
+        return math::detail::k_LessAccurateTolerance<float>;
+    }
+
+private:
+    /// The product with a homogeneous matrix where some component may be 0, an underflowing product of them included.
+    C3DVector3Tpl & MulSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m);
 };
 
 namespace math::detail
@@ -339,7 +359,7 @@ inline T Dot(C3DVector3Tpl<T> const & a, C3DVector3Tpl<T> const & b)
 /// NaN counts as close.
 template <typename T>
 MATH_API inline int AreAlmostEqual(C3DVector3Tpl<T> const & a, C3DVector3Tpl<T> const & b,
-                            std::type_identity_t<T> epsilon = math::detail::k_StandardTolerance<T>)
+                                   std::type_identity_t<T> epsilon = math::detail::k_StandardTolerance<T>)
 {
     return !(std::abs(a.X - b.X) >= epsilon || std::abs(a.Y - b.Y) >= epsilon || std::abs(a.Z - b.Z) >= epsilon);
 }

@@ -207,8 +207,9 @@ public:
     /// tolerance.
     int Normalize();
 
-    /// Scales to the given length, which may be zero or negative. Returns 0, with the vector unchanged, where the length
-    /// is not at or above the standard tolerance: a vector just as long as that is scaled here, but not by Normalize.
+    /// Scales to the given length, which may be zero or negative. Returns 0, with the vector unchanged, where the
+    /// length is not at or above the standard tolerance: a vector just as long as that is scaled here, but not by
+    /// Normalize.
     int SetLength(T length);
 
     /// Projects the target on the direction `onto`. Returns 0, with the target unchanged, where the squared length of

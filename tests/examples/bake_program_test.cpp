@@ -1,4 +1,5 @@
 #include "bake/bake.h"
+#include "clip/reader.h"
 
 #include "examples/scratch_folder.h"
 #include "examples/xml_check.h"
@@ -12,8 +13,10 @@
 #include <filesystem>
 #include <ios>
 #include <iterator>
+#include <span>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -72,8 +75,12 @@ TEST_F(BakeProgram, Help_goes_to_standard_output_with_status_zero)
     {
         Outcome const outcome = Run(option);
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_TRUE(outcome.output.starts_with("Usage: bake [--out DIR] CLIP.bvh\n"));
-        EXPECT_NE(outcome.output.find("--out DIR"), std::string::npos);
+        EXPECT_TRUE(outcome.output.starts_with("Usage: bake [--out DIR] [--order ABC] CLIP.bvh\n"));
+        for (char const * const part : {"--out DIR", "--order ABC", "outermost to the innermost",
+                                        "Zrotation Xrotation Yrotation", "baked.bvh", "angles.csv", "curves.svg"})
+        {
+            EXPECT_NE(outcome.output.find(part), std::string::npos) << part;
+        }
         EXPECT_EQ(outcome.errors, "");
     }
     EXPECT_EQ(m_Scratch.CountFiles(), 0U);
@@ -95,6 +102,11 @@ TEST_F(BakeProgram, A_wrong_command_line_gives_status_two_and_a_hint)
     EXPECT_EQ(unknown.status, 2);
     EXPECT_EQ(unknown.output, "");
     EXPECT_EQ(unknown.errors, "bake: unknown option \"--frames\"\nTry \"bake --help\".\n");
+    Outcome const order = Run("--order XYX a.bvh");
+    EXPECT_EQ(order.status, 2);
+    EXPECT_EQ(order.output, "");
+    EXPECT_EQ(order.errors, "bake: unknown order \"XYX\": it is one of XYZ, XZY, YXZ, YZX, ZXY and ZYX\n"
+                            "Try \"bake --help\".\n");
     Outcome const none = Run("");
     EXPECT_EQ(none.status, 2);
     EXPECT_EQ(none.errors, "bake: no clip given\nTry \"bake --help\".\n");
@@ -116,6 +128,120 @@ TEST_F(BakeProgram, Bakes_the_shipped_clip_into_the_default_folder)
     std::string const table = ReadText(Path("bake-out/world.csv"));
     EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 1 + 240 * 26);
     EXPECT_EQ(std::distance(fs::directory_iterator(Path("bake-out")), fs::directory_iterator()), 2);
+}
+
+TEST_F(BakeProgram, An_order_adds_the_baked_clip_its_angles_and_its_curves)
+{
+    EXPECT_EQ(Run("--out plain " + m_Shipped).status, 0);
+    Outcome const outcome = Run("--order ZXY " + m_Shipped);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(outcome.errors, "");
+    for (char const * const line :
+         {"order         ZXY, from the outermost to the innermost\n",
+          "jumps         before, each frame by itself:        2 over half a turn, 2 over a quarter turn\n",
+          "              after, nearest to the frame before:  0 over half a turn, 0 over a quarter turn\n",
+          "              in the clip as it came:              0 over half a turn, 0 over a quarter turn\n",
+          "difference    ", " at most between the world positions of the clip and of the baked one\n",
+          "wrote         bake-out/world.csv\n", "wrote         bake-out/pose.svg\n",
+          "wrote         bake-out/baked.bvh\n", "wrote         bake-out/angles.csv\n",
+          "wrote         bake-out/curves.svg\n"})
+    {
+        EXPECT_NE(outcome.output.find(line), std::string::npos) << line << outcome.output;
+    }
+    EXPECT_EQ(outcome.output.find("repairs"), std::string::npos);
+    EXPECT_LT(std::stod(outcome.output.substr(outcome.output.find("difference") + 10)), 1e-9);
+    EXPECT_EQ(std::distance(fs::directory_iterator(Path("bake-out")), fs::directory_iterator()), 5);
+    for (char const * const name : {"world.csv", "pose.svg"})
+    {
+        EXPECT_TRUE(ReadText(Path("bake-out") / name) == ReadText(Path("plain") / name)) << name;
+    }
+    EXPECT_EQ(FindXmlFault(ReadText(Path("bake-out/curves.svg"))), "");
+    EXPECT_NE(ReadText(Path("bake-out/curves.svg")).find(">2 jumps over half a turn<"), std::string::npos);
+}
+
+// The numbers of one line of a table, those behind the name.
+std::vector<double> Numbers(std::string const & line)
+{
+    std::vector<double> numbers;
+    std::istringstream fields(line);
+    std::string field;
+    for (int i = 0; std::getline(fields, field, ','); ++i)
+    {
+        if (i >= 2)
+        {
+            numbers.push_back(std::stod(field));
+        }
+    }
+    return numbers;
+}
+
+TEST_F(BakeProgram, The_baked_clip_bakes_to_the_same_positions_in_every_order)
+{
+    for (std::string const order : {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"})
+    {
+        EXPECT_EQ(Run("--out there --order " + order + " " + m_Shipped).status, 0);
+        EXPECT_EQ(Run("--out again there/baked.bvh").status, 0);
+        std::istringstream expected(ReadText(Path("there/world.csv")));
+        std::istringstream actual(ReadText(Path("again/world.csv")));
+        std::string expectedLine;
+        std::string actualLine;
+        std::size_t count = 0;
+        while (std::getline(expected, expectedLine) && std::getline(actual, actualLine))
+        {
+            std::vector<double> const one = Numbers(expectedLine[0] == 'f' ? "" : expectedLine);
+            std::vector<double> const other = Numbers(actualLine[0] == 'f' ? "" : actualLine);
+            ASSERT_EQ(one.size(), other.size());
+            for (std::size_t i = 0; i < one.size(); ++i)
+            {
+                ASSERT_NEAR(one[i], other[i], 1e-9) << order << ' ' << expectedLine;
+                ++count;
+            }
+        }
+        EXPECT_EQ(count, 3U * 240 * 26);
+    }
+}
+
+TEST_F(BakeProgram, The_angles_are_those_of_the_baked_clip_bit_for_bit)
+{
+    EXPECT_EQ(Run("--out out --order YXZ " + m_Shipped).status, 0);
+    clip::Clip const baked = clip::ReadClip(Path("out/baked.bvh"));
+    std::istringstream table(ReadText(Path("out/angles.csv")));
+    std::string line;
+    std::getline(table, line);
+    EXPECT_EQ(line, "frame,joint,x,y,z");
+    for (std::size_t frame = 0; frame < baked.frameCount; ++frame)
+    {
+        for (clip::Joint const & joint : baked.skeleton.joints)
+        {
+            if (joint.isEndSite)
+            {
+                continue;
+            }
+            ASSERT_TRUE(std::getline(table, line));
+            std::string const start = std::to_string(frame) + ',' + joint.name + ',';
+            ASSERT_TRUE(line.starts_with(start)) << line;
+            std::vector<double> const angles = Numbers(line);
+            ASSERT_EQ(angles.size(), 3U);
+            // The channels are Y, X and Z, behind the positions where there are any.
+            std::span<double const> const channels =
+                baked.Frame(frame).subspan(joint.firstChannel + joint.channels.size() - 3, 3);
+            ASSERT_EQ(angles, (std::vector<double>{channels[1], channels[0], channels[2]}));
+        }
+    }
+    EXPECT_FALSE(std::getline(table, line));
+}
+
+TEST_F(BakeProgram, Rotations_that_the_extraction_misses_are_counted)
+{
+    WriteText(Path("pole.bvh"),
+              "HIERARCHY\nROOT A\n{\nOFFSET 0 0 0\nCHANNELS 3 Zrotation Xrotation Yrotation\nEnd Site\n{\n"
+              "OFFSET 1 2 3\n}\n}\nMOTION\nFrames: 2\nFrame Time: 1\n30 90 40\n0 90 0\n");
+    Outcome const outcome = Run("--order ZXY pole.bvh");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.output.find("repairs       1 rotations at a pole that the extraction missed\n"),
+              std::string::npos)
+        << outcome.output;
+    EXPECT_LT(std::stod(outcome.output.substr(outcome.output.find("difference") + 10)), 1e-9);
 }
 
 TEST_F(BakeProgram, The_bounding_box_is_that_of_all_positions)
@@ -144,13 +270,19 @@ TEST_F(BakeProgram, Two_runs_write_the_same_bytes)
     EXPECT_EQ(Run("--out=two " + m_Shipped).status, 0);
     EXPECT_TRUE(ReadText(Path("one/world.csv")) == ReadText(Path("two/world.csv")));
     EXPECT_TRUE(ReadText(Path("one/pose.svg")) == ReadText(Path("two/pose.svg")));
+    EXPECT_EQ(Run("--out=one --order=XZY " + m_Shipped).status, 0);
+    EXPECT_EQ(Run("--out=two --order=XZY " + m_Shipped).status, 0);
+    for (std::string const name : {"baked.bvh", "angles.csv", "curves.svg"})
+    {
+        EXPECT_TRUE(ReadText(Path("one/" + name)) == ReadText(Path("two/" + name))) << name;
+    }
 }
 
 TEST_F(BakeProgram, A_malformed_clip_is_named_with_its_line_and_leaves_earlier_results)
 {
     PutEarlierResults();
     WriteText(Path("bad.bvh"), "HIERARCHY\nROOT Hips\nOFFSET 0 0 0\n");
-    Outcome const outcome = Run("--out out bad.bvh");
+    Outcome const outcome = Run("--out out --order ZXY bad.bvh");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.errors, "bad.bvh:3: expected \"{\" after the joint's name, found \"OFFSET\"\n");
     EXPECT_EQ(outcome.output, "");
@@ -196,6 +328,20 @@ TEST_F(BakeProgram, A_full_disk_gives_status_one_and_leaves_earlier_results)
     ExpectEarlierResults();
 }
 
+TEST_F(BakeProgram, A_full_disk_at_the_last_file_leaves_earlier_results)
+{
+    if (!fs::exists("/dev/full"))
+    {
+        GTEST_SKIP() << "no device that is always full";
+    }
+    PutEarlierResults();
+    fs::create_symlink("/dev/full", Path("out/.curves.svg.partial"));
+    Outcome const outcome = Run("--out out --order ZXY " + m_Shipped);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "bake: cannot write out/curves.svg: No space left on device\n");
+    ExpectEarlierResults();
+}
+
 TEST_F(BakeProgram, A_clip_too_large_to_hold_gives_status_one)
 {
     // Sixty thousand joints and 1,200 frames of one channel: a megabyte and a half of text for more positions than fit.
@@ -222,10 +368,12 @@ TEST_F(BakeProgram, Bakes_a_captured_clip)
     {
         GTEST_SKIP() << "no captured clip beside the project";
     }
-    Outcome const outcome = Run(std::string("'") + CAPTURED_CLIP + "'");
+    Outcome const outcome = Run(std::string("--order XYZ '") + CAPTURED_CLIP + "'");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_NE(outcome.output.find("frames        455\n"), std::string::npos);
+    EXPECT_NE(outcome.output.find("in the clip as it came:              14 over half a turn"), std::string::npos);
     EXPECT_EQ(FindXmlFault(ReadText(Path("bake-out/pose.svg"))), "");
+    EXPECT_EQ(FindXmlFault(ReadText(Path("bake-out/curves.svg"))), "");
 }
 
 } // namespace

@@ -1,9 +1,10 @@
+#include "bake/joint_table.h"
 #include "bake/options.h"
 #include "bake/pose_picture.h"
-#include "bake/world_table.h"
 #include "clip/reader.h"
 #include "clip/skeleton.h"
 
+#include "examples/count_text.h"
 #include "examples/xml_check.h"
 
 #include <gtest/gtest.h>
@@ -53,6 +54,18 @@ TEST(BakeOptions, The_folder_may_stand_on_either_side_in_both_forms)
     EXPECT_EQ(Parse({"--out", "--odd", "a.bvh"}).outputFolder, "--odd");
 }
 
+TEST(BakeOptions, The_order_may_stand_on_either_side_in_both_forms)
+{
+    EXPECT_FALSE(Parse({"a.bvh"}).order.has_value());
+    for (char const * const name : {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"})
+    {
+        EXPECT_EQ(Parse({"--order", name, "a.bvh"}).order.value().name, name);
+        EXPECT_EQ(Parse({"a.bvh", (std::string("--order=") + name).c_str()}).order.value().name, name);
+    }
+    EXPECT_EQ(Parse({"--order", "XYZ", "a.bvh", "--order=ZXY"}).order.value().name, "ZXY");
+    EXPECT_EQ(Parse({"--order", "ZXY", "--out", "x", "a.bvh"}).outputFolder, "x");
+}
+
 TEST(BakeOptions, Behind_two_dashes_nothing_is_an_option)
 {
     EXPECT_EQ(Parse({"--", "--help"}).clip, "--help");
@@ -76,6 +89,12 @@ TEST(BakeOptions, What_cannot_be_followed_is_named)
     EXPECT_EQ(Refusal({"a.bvh", "--out"}), "option \"--out\" wants a value");
     EXPECT_EQ(Refusal({"a.bvh", "--out="}), "option \"--out\" wants a folder");
     EXPECT_EQ(Refusal({"a.bvh", "--out", ""}), "option \"--out\" wants a folder");
+    EXPECT_EQ(Refusal({"a.bvh", "--order"}), "option \"--order\" wants a value");
+    for (std::string const name : {"XYX", "ZX", "zxy", "", "ZXYZ"})
+    {
+        EXPECT_EQ(Refusal({"--order", name.c_str(), "a.bvh"}),
+                  "unknown order \"" + name + "\": it is one of XYZ, XZY, YXZ, YZX, ZXY and ZYX");
+    }
     EXPECT_EQ(Refusal({"a.bvh", "b.bvh"}), "more than one clip given: \"a.bvh\" and \"b.bvh\"");
     EXPECT_EQ(Refusal({""}), "the clip's name is empty");
 }
@@ -161,21 +180,40 @@ TEST(WorldTable, Numbers_read_back_bit_for_bit)
     EXPECT_FALSE(std::getline(lines, line));
 }
 
+std::string AngleTable(clip::Clip const & motion)
+{
+    std::ostringstream stream;
+    bake::WriteAngleTable(stream, motion);
+    return stream.str();
+}
+
+TEST(AngleTable, Has_a_header_and_a_line_for_every_frame_and_joint_without_the_end_sites)
+{
+    EXPECT_EQ(AngleTable(Figure(2)), "frame,joint,x,y,z\n"
+                                     "0,Trunk,0,0,0\n"
+                                     "0,\"Arm,Left\",0,0,0\n"
+                                     "0,\"\"\"Arm\"\"&Right\",0,0,0\n"
+                                     "0,Leg,0,0,0\n"
+                                     "1,Trunk,0,0,0\n"
+                                     "1,\"Arm,Left\",5,0,0\n"
+                                     "1,\"\"\"Arm\"\"&Right\",0,0,0\n"
+                                     "1,Leg,0,0,0\n");
+}
+
+TEST(AngleTable, Angles_stand_by_axis_whatever_the_order_of_the_channels)
+{
+    clip::Clip const motion =
+        clip::ParseClip("HIERARCHY\nROOT A\n{\nOFFSET 0 0 0\nCHANNELS 4 Zrotation Yposition Xrotation Yrotation\n}\n"
+                        "MOTION\nFrames: 1\nFrame Time: 1\n720.1 2 -0.30000000000000004 4e-7\n",
+                        "a.bvh");
+    EXPECT_EQ(AngleTable(motion), "frame,joint,x,y,z\n0,A,-0.30000000000000004,4e-07,720.1\n");
+}
+
 std::string Picture(clip::Clip const & motion, std::string const & name = "figure")
 {
     std::ostringstream stream;
     bake::DrawPoses(motion, clip::ComputeWorldPositions(motion), name).Write(stream);
     return stream.str();
-}
-
-std::size_t Count(std::string const & text, std::string const & part)
-{
-    std::size_t count = 0;
-    for (std::size_t place = 0; (place = text.find(part, place)) != std::string::npos; place += part.size())
-    {
-        ++count;
-    }
-    return count;
 }
 
 TEST(PosePicture, Is_well_formed_whatever_the_names_are)

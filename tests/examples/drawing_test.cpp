@@ -34,8 +34,8 @@ TEST(XmlCheck, Finds_what_is_not_well_formed)
 {
     EXPECT_EQ(FindXmlFault("<a b=\"c &amp; d\"><e/>text &lt;</a>\n"), "");
     for (char const * const text :
-         {"", "text", "<a>", "<a></b>", "</a>", "<a/><b/>", "<a b=c/>", "<a b=\"c/>", "<a b=\"1\" b=\"2\"/>",
-          "<a>&</a>", "<a>&nbsp;</a>", "<a b=\"<\"/>", "<a>\x01</a>", "<a", "<a/>text", "< a/>", "<a><b></a></b>"})
+         {"", "text", "<a>", "<a></b>", "</a>", "<a/><b/>", "<a b=c/>", "<a b=\"c/>", R"(<a b="1" b="2"/>)", "<a>&</a>",
+          "<a>&nbsp;</a>", "<a b=\"<\"/>", "<a>\x01</a>", "<a", "<a/>text", "< a/>", "<a><b></a></b>"})
     {
         EXPECT_NE(FindXmlFault(text), "") << text;
     }
@@ -149,6 +149,15 @@ TEST(EscapeXml, Replaces_each_byte_that_is_no_utf8)
                               "b"),
               mark + "b");
     EXPECT_EQ(clip::EscapeXml("\xE6\xBC"), mark + mark);
+}
+
+TEST(ShortenText, Cuts_between_two_characters)
+{
+    EXPECT_EQ(clip::ShortenText("abcdef", 6), "abcdef");
+    EXPECT_EQ(clip::ShortenText("abcdefg", 6), "abc...");
+    EXPECT_EQ(clip::ShortenText("ab\xC3\xA4xyz", 6), "ab...");
+    EXPECT_EQ(clip::ShortenText("a\xC3\xA4wxyz", 6), "a\xC3\xA4...");
+    EXPECT_EQ(clip::ShortenText("abcd", 3), "...");
 }
 
 } // namespace

@@ -1,5 +1,8 @@
+#include "bake/angle_motion.h"
+#include "bake/curve_picture.h"
+#include "bake/joint_table.h"
 #include "bake/pose_picture.h"
-#include "bake/world_table.h"
+#include "bake/reorder.h"
 #include "clip/reader.h"
 #include "clip/skeleton.h"
 #include "clip/writer.h"
@@ -41,6 +44,27 @@ void Bake(clip::Clip const & motion)
     bake::DrawPoses(motion, positions, "fuzz").Write(sink);
 }
 
+/// What was read can be put in another order, with finite angles, and drawn.
+void Rebake(clip::Clip const & motion)
+{
+    constexpr std::size_t kAffordable = 20000;
+    if (motion.frameCount > kAffordable / motion.skeleton.joints.size())
+    {
+        return;
+    }
+    clip::ChannelOrder const & order = clip::kChannelOrders[motion.values.size() % clip::kChannelOrders.size()];
+    clip::Clip const plain = bake::Reorder(motion, order, bake::Extraction::Plain).clip;
+    clip::Clip const nearest = bake::Reorder(motion, order, bake::Extraction::Nearest).clip;
+    for (double const value : nearest.values)
+    {
+        Require(std::isfinite(value));
+    }
+    std::ostringstream sink;
+    clip::WriteClip(sink, nearest);
+    bake::WriteAngleTable(sink, nearest);
+    bake::DrawCurves({plain, nearest}, bake::FindMostChanged(plain, nearest), "fuzz").Write(sink);
+}
+
 /// What was read is written and read again as the same.
 void RoundTrip(clip::Clip const & motion)
 {
@@ -61,6 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
             clip::ParseClip({reinterpret_cast<char const *>(data), size}, "fuzz.bvh"); // NOLINT: bytes are the text
         RoundTrip(motion);
         Bake(motion);
+        Rebake(motion);
     }
     catch (clip::FormatError const & error)
     {

@@ -120,4 +120,13 @@ TEST(NumberText, Rounding_takes_what_is_not_finite_or_too_large_for_zero)
     EXPECT_EQ(clip::RoundedText(-1e15, 17), "-1000000000000000");
 }
 
+TEST(NumberText, RoughText_keeps_the_leading_digits)
+{
+    EXPECT_EQ(clip::RoughText(6.4567e-13, 2), "6.5e-13");
+    EXPECT_EQ(clip::RoughText(0, 2), "0");
+    EXPECT_EQ(clip::RoughText(0.0123, 2), "0.012");
+    EXPECT_EQ(clip::RoughText(-123456, 3), "-1.23e+05");
+    EXPECT_EQ(clip::RoughText(0.1, 17), "0.10000000000000001");
+}
+
 } // namespace

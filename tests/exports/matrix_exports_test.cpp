@@ -21,7 +21,7 @@ void ExpectCommonMembers()
     Constructor<M>();
     Constructor<M>(C3DInitRequest_DoNotInitialize{});
 
-    Member<M &(float (&)[4][4])>(&M::operator=);
+    Member<M &(float(&)[4][4])>(&M::operator=);
     Member<M &(M const &)>(&M::Set);
     Member<M &(int, int, T)>(&M::Set);
     Member<T(int, int) const>(&M::Get);
@@ -78,19 +78,16 @@ struct Derived33 : C3DMatrix33Tpl<T>
     static void ExpectProtectedMembers()
     {
         using V = C3DVector3Tpl<T>;
-        Member<int(T const (*)[3], T (*)[3], int, T) const>(&Derived33::ComputeInverse);
-        Member<T(T (*)[3], T (*)[3]) const>(&Derived33::ComputeDetFast);
-        Member<int(T const (*)[3], T (*)[3], V &, T) const>(&Derived33::ComputeEigen);
+        Member<int(T const(*)[3], T(*)[3], int, T) const>(&Derived33::ComputeInverse);
+        Member<T(T(*)[3], T(*)[3]) const>(&Derived33::ComputeDetFast);
+        Member<int(T const(*)[3], T(*)[3], V &, T) const>(&Derived33::ComputeEigen);
     }
 };
 
 template <typename T>
 struct Derived44 : C3DMatrix44Tpl<T>
 {
-    static void ExpectProtectedMembers()
-    {
-        Member<int(T const (*)[4], T (*)[4], int)>(&Derived44::ComputeInverse);
-    }
+    static void ExpectProtectedMembers() { Member<int(T const(*)[4], T(*)[4], int)>(&Derived44::ComputeInverse); }
 };
 
 template <typename T>
@@ -110,7 +107,7 @@ void ExpectMatrix33()
     Constructor<M>(0, 0, M44());
 
     Member<M &(T, T, T, T, T, T, T, T, T)>(&M::Set);
-    Member<M &(T (*)[3])>(&M::Set);
+    Member<M &(T(*)[3])>(&M::Set);
     Member<M &(int, int, M44 const &)>(&M::Set);
     Member<M &(int, T, T, T)>(&M::SetRow);
     Member<M &(int, V const &)>(&M::SetRow);
@@ -120,8 +117,8 @@ void ExpectMatrix33()
     Member<M &()>(&M::Adjoint);
     Member<M &(M const &)>(&M::Adjoint);
     Member<int(M &, V &, T) const>(&M::GetEigenVectors);
-    Function<void(T const (*)[3], T &, T &)>(&M::ComputeDetAndDetSize);
-    Function<void(T const (*)[3], T (*)[3])>(&M::ComputeAdjoint);
+    Function<void(T const(*)[3], T &, T &)>(&M::ComputeDetAndDetSize);
+    Function<void(T const(*)[3], T(*)[3])>(&M::ComputeAdjoint);
 }
 
 template <typename T>
@@ -140,7 +137,7 @@ void ExpectMatrix44()
 
     Member<M &(T, T, T, T, T, T, T, T, T, T, T, T, T, T, T, T)>(&M::Set);
     Member<M &(T const *)>(&M::Set);
-    Member<M &(T const (*)[4])>(&M::Set);
+    Member<M &(T const(*)[4])>(&M::Set);
     Member<M &(C3DMatrix44Tpl<float> const &)>(&M::SetFromFloat);
     Member<M &(C3DMatrix44Tpl<double> const &)>(&M::SetFromDouble);
     Member<M &(int, T, T, T, T)>(&M::SetRow);

@@ -3,6 +3,7 @@
 #include "math/matrix33.h"
 #include "math/matrix44.h"
 #include "math/platform/qn_vector.h"
+#include "math/rotation_matrix.h"
 #include "math/vector2.h"
 #include "math/vector3.h"
 #include "math/vector4.h"
@@ -101,6 +102,7 @@ void ExpectVector3()
     using V = C3DVector3Tpl<T>;
     using M33 = C3DMatrix33Tpl<T>;
     using M44 = C3DMatrix44Tpl<T>;
+    using Rotation = C3DRotMatTpl<T>;
     ExpectCommonMembers<T, V>();
     ExpectGeometryMembers<T, V>();
     QN_Vector const package{};
@@ -120,6 +122,8 @@ void ExpectVector3()
     Member<V &(V const &, M33 const &)>(&V::Mul);
     Member<V &(M33 const &)>(&V::Mul);
     Member<V &(M33 const &, V const &)>(&V::Mul);
+    Member<V &(V const &, Rotation const &)>(&V::Mul);
+    Member<V &(Rotation const &, V const &)>(&V::Mul);
     Member<V &(V const &, M44 const &)>(&V::Mul);
     Member<V &(V const &, V const &)>(&V::SetCross);
     Member<V &(V const &)>(&V::SetCross);
@@ -137,11 +141,15 @@ template <typename T>
 void ExpectVector2()
 {
     using V = C3DVector2Tpl<T>;
+    using V3 = C3DVector3Tpl<T>;
+    using Rotation = C3DRotMatTpl<T>;
     ExpectCommonMembers<T, V>();
     ExpectGeometryMembers<T, V>();
     Constructor<V>(T(1), T(2));
 
     Member<V &(T, T)>(&V::Set);
+    Member<V &(V3 const &, Rotation const &)>(&V::Mul);
+    Member<V &(Rotation const &, V3 const &)>(&V::Mul);
     Member<V &(int, T)>(&V::SetComp);
     Member<void(T &, T &) const>(&V::Get);
     Member<V &(T, T)>(&V::Add);

@@ -489,6 +489,16 @@ TYPED_TEST(EigenDecomposition, Follows_the_iteration_where_off_diagonal_elements
     }
 }
 
+TYPED_TEST(EigenDecomposition, Gives_up_after_exactly_fifty_sweeps)
+{
+    // Every sweep turns these by the same angles, so that the vectors tell how many there were.
+    auto const huge = TypeParam(0x1p60);
+    auto const m = Symmetric<TypeParam>(1, 0.5, 0.25, 2, 0.125, 3);
+    EXPECT_EQ(CompareWithPlainIteration(m, C3DVector3Tpl<TypeParam>(huge, huge, huge),
+                                        std::numeric_limits<TypeParam>::denorm_min()),
+              0);
+}
+
 TEST(EigenDecompositionFloat, Is_the_decomposition_in_double_rounded_once)
 {
     Random random(225);

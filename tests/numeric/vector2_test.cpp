@@ -102,7 +102,7 @@ TYPED_TEST(Vector2, SetMean_of_no_points)
 
 TYPED_TEST(Vector2, LinearPositionUnInterpolate_reads_the_axis_of_the_larger_difference)
 {
-    TypeParam const epsilon = TypeParam(1e-3);
+    auto const epsilon = TypeParam(1e-3);
     auto const from = this->Of(1, 2);
     auto const target = this->Of(9, 18); // not clamped
     EXPECT_EQ(target.LinearPositionUnInterpolate(from, this->Of(5, 4), epsilon), 2);
@@ -140,7 +140,7 @@ TYPED_TEST(Vector2, Rotate90DegsCCW_turns_X_to_Y)
 
 TYPED_TEST(Vector2, IsBetween_looks_at_the_dominant_axis_alone)
 {
-    TypeParam const epsilon = TypeParam(0.25);
+    auto const epsilon = TypeParam(0.25);
     EXPECT_EQ(this->Of(0.5, 100).IsBetween(this->Of(0, 0), this->Of(1, 0), epsilon), 1);
     EXPECT_EQ(this->Of(100, 0.5).IsBetween(this->Of(0, 0), this->Of(0, 1), epsilon), 1);
     EXPECT_EQ(this->Of(0.5, 100).IsBetween(this->Of(0, 0), this->Of(-2, 1), epsilon), 0);
@@ -152,7 +152,7 @@ TYPED_TEST(Vector2, IsBetween_looks_at_the_dominant_axis_alone)
 
 TYPED_TEST(Vector2, IsBetween_widens_the_extent_by_the_tolerance_ends_excluded)
 {
-    TypeParam const epsilon = TypeParam(0.25);
+    auto const epsilon = TypeParam(0.25);
     struct Case
     {
         TypeParam offset; // from the first end, towards the second
@@ -175,7 +175,7 @@ TYPED_TEST(Vector2, IsBetween_widens_the_extent_by_the_tolerance_ends_excluded)
 
 TYPED_TEST(Vector2, IsBetween_counts_from_the_first_end)
 {
-    TypeParam const epsilon = TypeParam(0.25);
+    auto const epsilon = TypeParam(0.25);
     EXPECT_EQ(this->Of(11, 0).IsBetween(this->Of(10, 0), this->Of(12, 0), epsilon), 1);
     EXPECT_EQ(this->Of(1, 0).IsBetween(this->Of(10, 0), this->Of(12, 0), epsilon), 0);
     EXPECT_EQ(this->Of(0, 11).IsBetween(this->Of(0, 12), this->Of(0, 10), epsilon), 1);
@@ -184,7 +184,7 @@ TYPED_TEST(Vector2, IsBetween_counts_from_the_first_end)
 
 TYPED_TEST(Vector2, IsBetween_of_equal_ends_is_the_tolerance_around_them)
 {
-    TypeParam const epsilon = TypeParam(0.25);
+    auto const epsilon = TypeParam(0.25);
     EXPECT_EQ(this->Of(100, 1.125).IsBetween(this->Of(1, 1), this->Of(1, 1), epsilon), 1);
     EXPECT_EQ(this->Of(1, 1.25).IsBetween(this->Of(1, 1), this->Of(1, 1), epsilon), 0);
     EXPECT_EQ(this->Of(1, 1).IsBetween(this->Of(1, 1), this->Of(1, 1), TypeParam(0)), 0);
@@ -193,7 +193,7 @@ TYPED_TEST(Vector2, IsBetween_of_equal_ends_is_the_tolerance_around_them)
 
 TYPED_TEST(Vector2, GetSquaredDistanceFromLine_removes_the_projection)
 {
-    TypeParam const epsilon = TypeParam(1e-3);
+    auto const epsilon = TypeParam(1e-3);
     EXPECT_EQ(this->Of(5, 7).GetSquaredDistanceFromLine(this->Of(1, 3), this->Of(2, 0), epsilon), 16);
     EXPECT_EQ(this->Of(5, 6).GetSquaredDistanceFromLine(this->Of(1, 3), this->Of(0, -8), epsilon), 16);
     EXPECT_EQ(this->Of(2, 0).GetSquaredDistanceFromLine(this->Of(0, 0), this->Of(1, 1), epsilon), 2);
@@ -201,7 +201,7 @@ TYPED_TEST(Vector2, GetSquaredDistanceFromLine_removes_the_projection)
 
 TYPED_TEST(Vector2, GetSquaredDistanceFromLine_takes_a_short_direction_for_a_point)
 {
-    TypeParam const epsilon = TypeParam(0.0625);
+    auto const epsilon = TypeParam(0.0625);
     auto const target = this->Of(4, 3);
     // The squared length of the direction is what is compared.
     EXPECT_EQ(target.GetSquaredDistanceFromLine(this->Of(0, 0), this->Of(0.25, 0), epsilon), 9);
@@ -212,7 +212,7 @@ TYPED_TEST(Vector2, GetSquaredDistanceFromLine_takes_a_short_direction_for_a_poi
 
 TYPED_TEST(Vector2, GetNearestPointToLine_gives_the_offset_from_the_base)
 {
-    TypeParam const epsilon = TypeParam(1e-3);
+    auto const epsilon = TypeParam(1e-3);
     auto result = this->Of(101, 103);
     this->Of(3, 5).GetNearestPointToLine(this->Of(1, 1), this->Of(1, 0), result, epsilon);
     EXPECT_EQ(Components(result), this->Numbers(2, 0));

@@ -395,7 +395,7 @@ TYPED_TEST(Vector3, SetOrthogonal_tests_each_component_of_the_cross_product_agai
     for (unsigned long axis = 0; axis < 3; ++axis)
     {
         using V = C3DVector3Tpl<TypeParam>;
-        V const unit = MakeAlong<V>((axis + 1) % 3, TypeParam(1));
+        auto const unit = MakeAlong<V>((axis + 1) % 3, TypeParam(1));
         for (TypeParam const sign : {TypeParam(1), TypeParam(-1)})
         {
             auto target = this->Of(101, 103, 107);

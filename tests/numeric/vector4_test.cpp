@@ -152,14 +152,14 @@ TYPED_TEST(Vector4, SetMinimal_keeps_the_sign_of_every_component)
 
 TYPED_TEST(Vector4, AreOrthogonal_tests_the_product_with_its_sign)
 {
-    TypeParam const epsilon = TypeParam(0.125);
+    auto const epsilon = TypeParam(0.125);
     EXPECT_EQ(AreOrthogonal(this->Of(1, 0, 0, 0), this->Of(-1, 0, 0, 0), epsilon), 1) << "even opposites";
     EXPECT_EQ(AreOrthogonal(this->Of(1, 0, 0, 0), this->Of(0, 1, 0, 0), epsilon), 1);
     EXPECT_EQ(AreOrthogonal(this->Of(1, 0, 0, 0), this->Of(0, 1, 0, 0), TypeParam(0)), 0) << "0 is at the tolerance";
     for (unsigned long i = 0; i < 4; ++i)
     {
         using V = C3DVector4Tpl<TypeParam>;
-        V const unit = MakeAlong<V>(i, TypeParam(1));
+        auto const unit = MakeAlong<V>(i, TypeParam(1));
         EXPECT_EQ(AreOrthogonal(unit, MakeAlong<V>(i, epsilon), epsilon), 0) << i;
         EXPECT_EQ(AreOrthogonal(unit, MakeAlong<V>(i, NextBelow(epsilon)), epsilon), 1) << i;
         EXPECT_EQ(AreOrthogonal(unit, MakeAlong<V>(i, k_NaN<TypeParam>), epsilon), 1) << i;

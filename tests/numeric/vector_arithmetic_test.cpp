@@ -42,7 +42,7 @@ protected:
     /// A vector whose quotients by 3 differ from its products with the reciprocal of 3.
     static Vector Dividend()
     {
-        Vector const v = Make<Vector>(5, 7, 10, -5);
+        auto const v = Make<Vector>(5, 7, 10, -5);
         for (unsigned long i = 0; i < computed; ++i)
         {
             Scalar const x = Components(v)[i];
@@ -139,7 +139,7 @@ TYPED_TEST(VectorArithmetic, Negate_is_the_opposite)
 
 TYPED_TEST(VectorArithmetic, Negate_flips_the_sign_of_zeros)
 {
-    TypeParam target = Make<TypeParam>(0, 0, 0, 0);
+    auto target = Make<TypeParam>(0, 0, 0, 0);
     target.Negate();
     for (unsigned long i = 0; i < this->stored; ++i)
     {
@@ -237,7 +237,7 @@ TYPED_TEST(VectorArithmetic, Div_multiplies_by_the_reciprocal)
 TYPED_TEST(VectorArithmetic, Div_by_zero_gives_infinities_and_NaNs)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam target = Make<TypeParam>(-1, 0, 2, 0);
+    auto target = Make<TypeParam>(-1, 0, 2, 0);
     target.Div(T(0));
     EXPECT_EQ(target.X, -k_Infinity<T>);
     EXPECT_TRUE(std::isnan(target.Y));
@@ -258,7 +258,7 @@ TYPED_TEST(VectorArithmetic, MulComp_is_the_component_product)
 
 TYPED_TEST(VectorArithmetic, DivComp_is_the_true_quotient)
 {
-    TypeParam const divisor = Make<TypeParam>(3, 3, 3, 3);
+    auto const divisor = Make<TypeParam>(3, 3, 3, 3);
     TypeParam const dividend = this->Dividend();
     TypeParam target = this->Target();
     EXPECT_EQ(&target.DivComp(dividend, divisor), &target);
@@ -274,7 +274,7 @@ TYPED_TEST(VectorArithmetic, DivComp_is_the_true_quotient)
 TYPED_TEST(VectorArithmetic, Length_is_the_root_of_the_sum_of_squares)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const v = OfKnownLength<TypeParam>();
+    auto const v = OfKnownLength<TypeParam>();
     T const length = known_length<TypeParam>;
     EXPECT_EQ(v.GetLength(), length);
     EXPECT_EQ(v.GetSquaredLength(), length * length);
@@ -296,7 +296,7 @@ TYPED_TEST(VectorArithmetic, Length_is_not_guarded_against_overflow)
 TYPED_TEST(VectorArithmetic, Distance_is_the_length_of_the_difference)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam other = OfKnownLength<TypeParam>();
+    auto other = OfKnownLength<TypeParam>();
     AddScalars(other);
     TypeParam const origin = this->b;
     T const length = known_length<TypeParam>;
@@ -311,7 +311,7 @@ TYPED_TEST(VectorArithmetic, Distance_is_the_length_of_the_difference)
 TYPED_TEST(VectorArithmetic, SetLength_scales_by_one_quotient)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam target = OfKnownLength<TypeParam>();
+    auto target = OfKnownLength<TypeParam>();
     TypeParam const before = target;
     T const factor = T(10) / T(known_length<TypeParam>);
     EXPECT_EQ(target.SetLength(T(10)), 1);
@@ -329,7 +329,7 @@ TYPED_TEST(VectorArithmetic, SetLength_scales_by_one_quotient)
 TYPED_TEST(VectorArithmetic, SetLength_accepts_zero_and_negative_lengths)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const before = OfKnownLength<TypeParam>();
+    auto const before = OfKnownLength<TypeParam>();
     TypeParam target = before;
     EXPECT_EQ(target.SetLength(T(-2 * known_length<TypeParam>)), 1);
     EXPECT_EQ(Components(target), this->Expected(before, before, before, [](auto x, auto) { return x * T(-2); }));
@@ -342,11 +342,11 @@ TYPED_TEST(VectorArithmetic, Normalize_multiplies_by_the_reciprocal_of_the_lengt
 {
     using T = ScalarOf<TypeParam>;
     ASSERT_NE(T(107) * (T(1) / T(107)), T(1)) << "does not tell a quotient from a product";
-    TypeParam target = MakeAlong<TypeParam>(1, T(-107));
+    auto target = MakeAlong<TypeParam>(1, T(-107));
     EXPECT_EQ(target.Normalize(), 1);
     EXPECT_EQ(target.Y, T(-107) * (T(1) / T(107)));
 
-    TypeParam const known = OfKnownLength<TypeParam>();
+    auto const known = OfKnownLength<TypeParam>();
     target = known;
     T const reciprocal = T(1) / T(known_length<TypeParam>);
     EXPECT_EQ(target.Normalize(), 1);
@@ -453,10 +453,10 @@ TYPED_TEST(VectorArithmetic, Equality_takes_a_NaN_for_equal_to_anything)
 TYPED_TEST(VectorArithmetic, IsNull_rejects_above_the_tolerance_in_any_component)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const null = Make<TypeParam>(0, 0, 0, 0);
+    auto const null = Make<TypeParam>(0, 0, 0, 0);
     EXPECT_EQ(null.IsNull(T(0)), 1) << "a null vector passes without a tolerance";
     EXPECT_EQ(Make<TypeParam>(-0.0, -0.0, -0.0, -0.0).IsNull(T(0)), 1);
-    T const epsilon = T(0.125);
+    auto const epsilon = T(0.125);
     for (unsigned long i = 0; i < this->stored; ++i)
     {
         for (T const sign : {T(1), T(-1)})
@@ -503,8 +503,8 @@ TYPED_TEST(VectorArithmetic, AreAlmostEqual_rejects_at_the_tolerance_in_any_comp
     using T = ScalarOf<TypeParam>;
     EXPECT_EQ(CallAreAlmostEqual(this->a, this->a, T(0)), 0) << "without a tolerance nothing is almost equal";
     EXPECT_EQ(CallAreAlmostEqual(this->a, this->a, std::numeric_limits<T>::denorm_min()), 1);
-    T const epsilon = T(0.125);
-    TypeParam const null = Make<TypeParam>(0, 0, 0, 0);
+    auto const epsilon = T(0.125);
+    auto const null = Make<TypeParam>(0, 0, 0, 0);
     for (unsigned long i = 0; i < this->stored; ++i)
     {
         for (T const sign : {T(1), T(-1)})
@@ -552,7 +552,7 @@ TYPED_TEST(VectorInterpolation, SetMidpoint_halves_the_sum)
     ExpectTargetMayBeAnyOperand([](auto & t, auto const & x, auto const & y) { t.SetMidpoint(x, y); }, this->a,
                                 this->b);
     // The sum comes first, so that it can overflow.
-    TypeParam const large = MakeAlong<TypeParam>(0, std::numeric_limits<T>::max());
+    auto const large = MakeAlong<TypeParam>(0, std::numeric_limits<T>::max());
     EXPECT_EQ(target.SetMidpoint(large, large).X, k_Infinity<T>);
 }
 
@@ -575,12 +575,12 @@ TYPED_TEST(VectorInterpolation, Linear_interpolation_runs_from_the_first_operand
 TYPED_TEST(VectorInterpolation, Linear_interpolation_is_formed_by_two_products)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const far = MakeAlong<TypeParam>(0, T(1e30));
-    TypeParam const near = MakeAlong<TypeParam>(0, T(1));
+    auto const far = MakeAlong<TypeParam>(0, T(1e30));
+    auto const near = MakeAlong<TypeParam>(0, T(1));
     TypeParam target = this->Target();
     // a + t (b - a) would lose the 1.
     EXPECT_EQ(target.LinearPositionInterpolate(far, near, T(1)).X, T(1));
     // 0 times infinity.
-    TypeParam const infinite = MakeAlong<TypeParam>(0, k_Infinity<T>);
+    auto const infinite = MakeAlong<TypeParam>(0, k_Infinity<T>);
     EXPECT_TRUE(std::isnan(target.LinearPositionInterpolate(infinite, near, T(1)).X));
 }

@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 namespace test_support
@@ -137,7 +137,8 @@ std::array<T, sizeof...(Numbers)> Row(Numbers... numbers)
 template <typename Value>
 bool HasSameBytes(Value const & a, Value const & b)
 {
-    return std::memcmp(&a, &b, sizeof(Value)) == 0;
+    using Representation = std::array<unsigned char, sizeof(Value)>;
+    return std::bit_cast<Representation>(a) == std::bit_cast<Representation>(b);
 }
 
 template <typename T>

@@ -133,7 +133,7 @@ constexpr bool is_homogeneous_point = std::is_same_v<Vector, C3DVectorw>;
 template <typename Vector>
 Vector OfLength(unsigned long axis, ScalarOf<Vector> length)
 {
-    Vector v = MakeAlong<Vector>(axis, length);
+    auto v = MakeAlong<Vector>(axis, length);
     if constexpr (is_homogeneous_point<Vector>)
     {
         v.W = 1000;
@@ -152,7 +152,7 @@ TYPED_TEST(VectorDifferences, Normalize_at_its_limit)
     {
         for (T const sign : {T(1), T(-1)})
         {
-            TypeParam const rejected = OfLength<TypeParam>(axis, sign * limit.rejected);
+            auto const rejected = OfLength<TypeParam>(axis, sign * limit.rejected);
             TypeParam target = rejected;
             EXPECT_EQ(target.Normalize(), 0);
             EXPECT_TRUE(HasSameBytes(target, rejected));
@@ -171,7 +171,7 @@ TYPED_TEST(VectorDifferences, SetLength_at_its_limit)
     {
         for (T const sign : {T(1), T(-1)})
         {
-            TypeParam const rejected = OfLength<TypeParam>(axis, sign * limit.rejected);
+            auto const rejected = OfLength<TypeParam>(axis, sign * limit.rejected);
             TypeParam target = rejected;
             EXPECT_EQ(target.SetLength(T(2)), 0);
             EXPECT_TRUE(HasSameBytes(target, rejected));
@@ -192,7 +192,7 @@ TYPED_TEST(ProjectionLimits, SetProjection_at_its_limit)
     ASSERT_EQ(rejected->GetSquaredLength(), limit.rejected);
     ASSERT_EQ(accepted->GetSquaredLength(), limit.accepted);
 
-    TypeParam const before = Make<TypeParam>(3, 4, 5, 6);
+    auto const before = Make<TypeParam>(3, 4, 5, 6);
     TypeParam target = before;
     EXPECT_EQ(target.SetProjection(*rejected), 0);
     EXPECT_TRUE(HasSameBytes(target, before));
@@ -205,7 +205,7 @@ TYPED_TEST(ProjectionLimits, SetProjection_at_its_limit)
 TYPED_TEST(VectorDifferences, Null_vectors_have_no_direction)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const null = Make<TypeParam>(0, 0, -0.0, 0);
+    auto const null = Make<TypeParam>(0, 0, -0.0, 0);
     TypeParam target = null;
     EXPECT_EQ(target.Normalize(), 0);
     EXPECT_TRUE(HasSameBytes(target, null));
@@ -218,7 +218,7 @@ TYPED_TEST(VectorDifferences, NaN_lengths_are_refused)
     using T = ScalarOf<TypeParam>;
     for (unsigned long axis = 0; axis < VectorTraits<TypeParam>::computed; ++axis)
     {
-        TypeParam before = Make<TypeParam>(1, 2, 3, 4);
+        auto before = Make<TypeParam>(1, 2, 3, 4);
         before[axis] = k_NaN<T>;
         TypeParam target = before;
         EXPECT_EQ(target.Normalize(), 0);
@@ -230,7 +230,7 @@ TYPED_TEST(VectorDifferences, NaN_lengths_are_refused)
 TYPED_TEST(VectorDifferences, Infinite_lengths_go_on)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam target = Make<TypeParam>(k_Infinity<double>, 2, 3, 4);
+    auto target = Make<TypeParam>(k_Infinity<double>, 2, 3, 4);
     EXPECT_EQ(target.Normalize(), 1);
     EXPECT_TRUE(std::isnan(target.X));
     EXPECT_EQ(target.Y, T(0));
@@ -267,7 +267,7 @@ TEST(SetProjectionFloat, Two_components_accept_directions_that_the_others_refuse
 
 TYPED_TEST(VectorDifferences, Get_falls_back_on_the_last_component_or_the_first_of_the_homogeneous_point)
 {
-    TypeParam const v = Make<TypeParam>(2, 3, 5, 7);
+    auto const v = Make<TypeParam>(2, 3, 5, 7);
     constexpr int count = static_cast<int>(VectorTraits<TypeParam>::stored);
     for (int i = 0; i < count; ++i)
     {
@@ -302,7 +302,7 @@ Vector & SetIndexed(Vector & target, int index, ScalarOf<Vector> value)
 TYPED_TEST(VectorDifferences, Set_of_a_component_changes_nothing_outside_the_range)
 {
     using T = ScalarOf<TypeParam>;
-    TypeParam const before = Make<TypeParam>(2, 3, 5, 7);
+    auto const before = Make<TypeParam>(2, 3, 5, 7);
     constexpr int count = static_cast<int>(VectorTraits<TypeParam>::stored);
     for (int i = 0; i < count; ++i)
     {
@@ -328,7 +328,7 @@ TYPED_TEST(VectorDifferences, Default_and_null_vectors)
     {
         expected.back() = T(1);
     }
-    TypeParam target = Make<TypeParam>(2, 3, 5, 7);
+    auto target = Make<TypeParam>(2, 3, 5, 7);
     EXPECT_EQ(&target.SetNull(), &target);
     EXPECT_EQ(Components(target), expected);
     if constexpr (VectorTraits<TypeParam>::stored != 3) // whose default constructor writes nothing
@@ -353,7 +353,7 @@ TYPED_TEST(InterpolationDifferences, UnInterpolate_takes_a_span_of_the_tolerance
     using T = TypeParam;
     using V2 = C3DVector2Tpl<T>;
     using V3 = C3DVector3Tpl<T>;
-    T const epsilon = T(0.125);
+    auto const epsilon = T(0.125);
     struct Row
     {
         T span;
@@ -369,7 +369,7 @@ TYPED_TEST(InterpolationDifferences, UnInterpolate_takes_a_span_of_the_tolerance
             T const parameter = T(1) / span;
             for (unsigned long axis = 0; axis < 2; ++axis)
             {
-                V2 const from = MakeAlong<V2>(axis, T(0));
+                auto const from = MakeAlong<V2>(axis, T(0));
                 EXPECT_EQ(
                     MakeAlong<V2>(axis, T(1)).LinearPositionUnInterpolate(from, MakeAlong<V2>(axis, span), epsilon),
                     row.plane ? parameter : T(0))
@@ -377,7 +377,7 @@ TYPED_TEST(InterpolationDifferences, UnInterpolate_takes_a_span_of_the_tolerance
             }
             for (unsigned long axis = 0; axis < 3; ++axis)
             {
-                V3 const from = MakeAlong<V3>(axis, T(0));
+                auto const from = MakeAlong<V3>(axis, T(0));
                 EXPECT_EQ(
                     MakeAlong<V3>(axis, T(1)).LinearPositionUnInterpolate(from, MakeAlong<V3>(axis, span), epsilon),
                     row.space ? parameter : T(0))

@@ -159,7 +159,7 @@ TEST(VectorRecordSize, Is_that_of_the_scalars_and_a_version_byte_of_the_three_co
 TYPED_TEST(VectorRecord, Save_writes_the_scalars_in_order)
 {
     auto const stream = MakeMemoryStream();
-    TypeParam const v = Sample<TypeParam>();
+    auto const v = Sample<TypeParam>();
     EXPECT_EQ(v.Save(stream.get(), 0), S_OK);
     EXPECT_EQ(GetBytes(*stream), RecordOf(v));
     EXPECT_EQ(GetPosition(*stream), record_size<TypeParam>);
@@ -180,13 +180,13 @@ TYPED_TEST(VectorRecord, Load_reads_what_Save_wrote)
 {
     auto const stream = MakeMemoryStream();
     using T = ScalarOf<TypeParam>;
-    TypeParam special = Make<TypeParam>(-0.0, k_Infinity<double>, 0, 1);
+    auto special = Make<TypeParam>(-0.0, k_Infinity<double>, 0, 1);
     special[VectorTraits<TypeParam>::stored - 1] = -k_NaN<T>;
     EXPECT_EQ(Sample<TypeParam>().Save(stream.get(), 0), S_OK);
     EXPECT_EQ(special.Save(stream.get(), 0), S_OK);
     stream->Seek(0, STREAM_SEEK_SET, nullptr);
-    TypeParam first = Previous<TypeParam>();
-    TypeParam second = Previous<TypeParam>();
+    auto first = Previous<TypeParam>();
+    auto second = Previous<TypeParam>();
     EXPECT_EQ(first.Load(stream.get()), S_OK);
     EXPECT_EQ(GetPosition(*stream), record_size<TypeParam>);
     EXPECT_EQ(second.Load(stream.get()), S_OK);
@@ -198,7 +198,7 @@ TYPED_TEST(VectorRecord, Load_reads_what_Save_wrote)
 
 TYPED_TEST(VectorRecord, Null_stream_is_an_invalid_argument_only_to_the_class_that_checks)
 {
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     long const expected = is_checked<TypeParam> ? E_INVALIDARG : S_OK;
     EXPECT_EQ(target.Save(nullptr, 0), expected);
     EXPECT_EQ(target.Load(nullptr), expected);
@@ -232,14 +232,14 @@ TYPED_TEST(VectorRecord, Load_that_fails_at_any_byte_keeps_the_components_read_s
         for (long const code : {E_FAIL, E_UNEXPECTED})
         {
             auto const stream = MakeStreamFailingOnRead(whole, count, code);
-            TypeParam target = Previous<TypeParam>();
+            auto target = Previous<TypeParam>();
             EXPECT_EQ(target.Load(stream.get()), is_checked<TypeParam> ? code : S_OK) << count;
             EXPECT_EQ(Components(target), PartlyRead<TypeParam>(CompleteScalars<TypeParam>(count))) << count;
             EXPECT_EQ(CountReferences(*stream), 1U);
         }
     }
     auto const stream = MakeStreamFailingOnRead(whole, record_size<TypeParam>);
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     EXPECT_EQ(target.Load(stream.get()), S_OK);
     EXPECT_TRUE(HasSameBytes(target, Sample<TypeParam>()));
 }
@@ -250,7 +250,7 @@ TYPED_TEST(VectorRecord, Load_at_the_end_of_the_stream_keeps_the_components_read
     for (unsigned long count = 0; count < record_size<TypeParam>; ++count)
     {
         auto const stream = MakeMemoryStream(std::span(whole).first(count));
-        TypeParam target = Previous<TypeParam>();
+        auto target = Previous<TypeParam>();
         EXPECT_EQ(target.Load(stream.get()), is_checked<TypeParam> ? E_FAIL : S_OK) << count;
         EXPECT_EQ(Components(target), PartlyRead<TypeParam>(CompleteScalars<TypeParam>(count))) << count;
     }
@@ -283,7 +283,7 @@ TYPED_TEST(VectorRecord, Load_stops_at_the_first_failure_only_in_the_class_that_
     for (unsigned long call = 0; call < call_count<TypeParam>; ++call)
     {
         auto const stream = MakeOneFailureStream(call, E_UNEXPECTED, whole);
-        TypeParam target = Previous<TypeParam>();
+        auto target = Previous<TypeParam>();
         EXPECT_EQ(target.Load(stream.get()), is_checked<TypeParam> ? E_UNEXPECTED : S_OK) << call;
         EXPECT_EQ(stream->calls, is_checked<TypeParam> ? call + 1 : call_count<TypeParam>) << call;
         if (is_checked<TypeParam>)
@@ -459,7 +459,7 @@ TYPED_TEST(VectorText, Output_is_the_components_in_parentheses_without_an_end_of
 TYPED_TEST(VectorText, Input_is_bare_numbers_separated_by_white_space)
 {
     std::istringstream stream("  1.5\n-2\t3e2 4\r\n5 6");
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     EXPECT_EQ(&(stream >> target), &stream);
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(1.5, -2, 300, 4)));
     EXPECT_TRUE(stream.good());
@@ -471,7 +471,7 @@ TYPED_TEST(VectorText, Input_is_bare_numbers_separated_by_white_space)
 TYPED_TEST(VectorText, Input_may_end_with_the_last_number)
 {
     std::istringstream stream(VectorTraits<TypeParam>::stored == 3 ? "1 2 3" : "1 2 3 4");
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     stream >> target;
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(1, 2, 3, 4)));
     EXPECT_FALSE(stream.fail());
@@ -481,7 +481,7 @@ TYPED_TEST(VectorText, Input_may_end_with_the_last_number)
 TYPED_TEST(VectorText, Output_cannot_be_read_back)
 {
     std::istringstream stream(TextOf(TextSample<TypeParam>()));
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     stream >> target;
     EXPECT_TRUE(stream.fail());
     stream.clear();
@@ -491,7 +491,7 @@ TYPED_TEST(VectorText, Output_cannot_be_read_back)
 TYPED_TEST(VectorText, Input_that_ends_too_early_fails)
 {
     std::istringstream stream("1 2");
-    TypeParam target = Previous<TypeParam>();
+    auto target = Previous<TypeParam>();
     stream >> target;
     EXPECT_TRUE(stream.fail());
 }

@@ -66,19 +66,19 @@ TYPED_TEST_SUITE(VectorSpline, SplineTypes);
 
 TYPED_TEST(VectorProjection, SetProjection_keeps_the_part_along_the_direction)
 {
-    TypeParam target = Make<TypeParam>(7, 3, -5, 11);
+    auto target = Make<TypeParam>(7, 3, -5, 11);
     EXPECT_EQ(target.SetProjection(Make<TypeParam>(0, -2, 0, 0)), 1);
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(0, 3, 0, 0)));
     for (unsigned long i = 0; i < VectorTraits<TypeParam>::stored; ++i)
     {
         target = Make<TypeParam>(7, 3, -5, 11);
-        TypeParam const along = MakeAlong<TypeParam>(i, target[i]);
+        auto const along = MakeAlong<TypeParam>(i, target[i]);
         EXPECT_EQ(target.SetProjection(MakeAlong<TypeParam>(i, 4)), 1);
         EXPECT_EQ(Components(target), Components(along)) << i;
     }
     // On the diagonal every component counts.
     target = Make<TypeParam>(8, 4, 12, 24);
-    TypeParam const diagonal = Make<TypeParam>(1, 1, 1, 1);
+    auto const diagonal = Make<TypeParam>(1, 1, 1, 1);
     ScalarOf<TypeParam> sum = 0;
     for (unsigned long i = 0; i < VectorTraits<TypeParam>::stored; ++i)
     {
@@ -92,21 +92,21 @@ TYPED_TEST(VectorProjection, SetProjection_keeps_the_part_along_the_direction)
 
 TYPED_TEST(VectorProjection, SetProjection_on_the_target_itself_keeps_it)
 {
-    TypeParam target = Make<TypeParam>(7, 3, -5, 11);
+    auto target = Make<TypeParam>(7, 3, -5, 11);
     EXPECT_EQ(target.SetProjection(target), 1);
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(7, 3, -5, 11)));
 }
 
 TYPED_TEST(VectorProjection, SetProjection_on_a_null_direction_keeps_the_target)
 {
-    TypeParam target = Make<TypeParam>(7, 3, -5, 11);
+    auto target = Make<TypeParam>(7, 3, -5, 11);
     EXPECT_EQ(target.SetProjection(Make<TypeParam>(0, 0, 0, 0)), 0);
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(7, 3, -5, 11)));
 }
 
 TYPED_TEST(VectorProjection, SetProjection_goes_on_with_a_NaN)
 {
-    TypeParam target = Make<TypeParam>(7, 3, -5, 11);
+    auto target = Make<TypeParam>(7, 3, -5, 11);
     EXPECT_EQ(target.SetProjection(MakeAlong<TypeParam>(1, k_NaN<ScalarOf<TypeParam>>)), 1);
     EXPECT_TRUE(std::isnan(target.X));
 }
@@ -114,9 +114,9 @@ TYPED_TEST(VectorProjection, SetProjection_goes_on_with_a_NaN)
 TYPED_TEST(VectorSpline, SetMirror_goes_through_the_centre)
 {
     TypeParam target = this->Target();
-    TypeParam const p = Make<TypeParam>(1, 2, 3, 0);
-    TypeParam const c = Make<TypeParam>(10, 30, 50, 0);
-    TypeParam const mirrored = Make<TypeParam>(19, 58, 97, 0);
+    auto const p = Make<TypeParam>(1, 2, 3, 0);
+    auto const c = Make<TypeParam>(10, 30, 50, 0);
+    auto const mirrored = Make<TypeParam>(19, 58, 97, 0);
     EXPECT_EQ(&target.SetMirror(p, c), &target);
     EXPECT_EQ(Components(target), Components(mirrored));
     target = c;
@@ -126,7 +126,7 @@ TYPED_TEST(VectorSpline, SetMirror_goes_through_the_centre)
 
 TYPED_TEST(VectorSpline, SetMirror_of_the_target_gives_the_null_vector)
 {
-    TypeParam target = Make<TypeParam>(1, 2, 3, 0);
+    auto target = Make<TypeParam>(1, 2, 3, 0);
     target.SetMirror(target, Make<TypeParam>(10, 30, 50, 0));
     EXPECT_EQ(Components(target), Components(Make<TypeParam>(0, 0, 0, 0)));
 }
@@ -190,7 +190,7 @@ TYPED_TEST(VectorSpline, Derivative_is_that_of_the_exact_spline)
     using T = ScalarOf<TypeParam>;
     std::array<TypeParam, 4> const points{Make<TypeParam>(1, -2, 3, 0), Make<TypeParam>(4, 5, -6, 0),
                                           Make<TypeParam>(-7, 8, 9, 0), Make<TypeParam>(10, -11, 12, 0)};
-    T const h = T(0.0625);
+    auto const h = T(0.0625);
     for (double const t : {0.0, 0.25, 0.5, 1.0})
     {
         TypeParam before = this->Target();

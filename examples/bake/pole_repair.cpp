@@ -1,0 +1,60 @@
+#include "bake/pole_repair.h"
+
+#include "math/rotation_conversions.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace bake
+{
+
+namespace
+{
+
+using Matrix = C3DRotMatTpl<double>;
+using Vector = C3DVector3Tpl<double>;
+
+constexpr double kMostMiss = 1e-10;
+constexpr double kSineNearPole = 0.999; ///< of the middle angle: digits are lost beyond this
+
+/// By at most half a turn from `near`.
+double AddWholeTurns(double angle, double near)
+{
+    constexpr double kWholeTurn = 2 * std::numbers::pi;
+    return angle + std::round((near - angle) / kWholeTurn) * kWholeTurn;
+}
+
+} // namespace
+
+bool RepairAtPole(Matrix const & matrix, clip::ChannelOrder const & order, Vector const & target, Vector & angles)
+{
+    // The channel list names the axis last that acts first.
+    int const first = order.name[2] - 'X';
+    int const middle = order.name[1] - 'X';
+    int const last = order.name[0] - 'X';
+    if (std::abs(matrix.Get(first, last)) < kSineNearPole)
+    {
+        return false;
+    }
+    Matrix meant;
+    F3DEulerToMat(angles, meant, order.order);
+    if (AreAlmostEqual(meant, matrix, kMostMiss) != 0)
+    {
+        return false;
+    }
+    // R(first)^T M = R(middle) R(last), with the rows (c1 c2, p c1 s2, -p s1), (-p s2, c2, 0), (p s1 c2, s1 s2, c1) in
+    // the order of the axes, p being the parity of the order.
+    double const parity = middle == (first + 1) % 3 ? 1 : -1;
+    Vector firstAlone(0, 0, 0);
+    firstAlone.Set(first, angles.Get(first));
+    Matrix rest;
+    F3DEulerToMat(firstAlone, rest, order.order);
+    rest.MulTransByReg(rest, matrix);
+    double const angle1 = std::atan2(-parity * rest.Get(first, last), rest.Get(last, last));
+    double const angle2 = std::atan2(-parity * rest.Get(middle, first), rest.Get(middle, middle));
+    angles.Set(middle, AddWholeTurns(angle1, target.Get(middle)));
+    angles.Set(last, AddWholeTurns(angle2, target.Get(last)));
+    return true;
+}
+
+} // namespace bake
