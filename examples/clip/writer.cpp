@@ -13,7 +13,8 @@ namespace
 
 std::string Indent(std::size_t depth)
 {
-    return std::string(2 * depth, ' ');
+    std::string indent(2 * depth, ' ');
+    return indent;
 }
 
 void WriteJointHead(std::ostream & stream, Joint const & joint, std::size_t depth)

@@ -54,7 +54,7 @@ public:
     explicit C3DMatrix33Tpl(float (&array)[3][3]);
 
     /// The minor of m: what is left without row r and column c, in order. An index outside 0 to 3 takes 3.
-    C3DMatrix33Tpl(int r, int c, C3DMatrix44Tpl<T> const & m);
+    inline C3DMatrix33Tpl(int r, int c, C3DMatrix44Tpl<T> const & m);
 
     /// The upper left block of a `float` array.
     C3DMatrix33Tpl & operator=(float (&array)[4][4]);
@@ -71,7 +71,7 @@ public:
     C3DMatrix33Tpl & Set(C3DMatrix33Tpl const & m) { return *this = m; }
 
     /// The minor of m, as in the constructor.
-    C3DMatrix33Tpl & Set(int r, int c, C3DMatrix44Tpl<T> const & m);
+    inline C3DMatrix33Tpl & Set(int r, int c, C3DMatrix44Tpl<T> const & m);
 
     C3DMatrix33Tpl & SetNull() { return Set(0, 0, 0, 0, 0, 0, 0, 0, 0); }
     C3DMatrix33Tpl & SetIdentity() { return Set(1, 0, 0, 0, 1, 0, 0, 0, 1); }

@@ -248,6 +248,7 @@ protected:
 private:
     friend class math::detail::RotationInspector;
 
+    // NOLINTBEGIN(bugprone-reserved-identifier): these names are the package's convention for its cached classes.
     tagE3DROTREPTYPE _GetOrigRep() const;
     void _SetOrigRep(tagE3DROTREPTYPE rep);
     int _IsQuatDirty() const;
@@ -257,6 +258,7 @@ private:
     void _SetMatDirty(int dirty);
     void _SetAnglesDirty(int dirty);
     void _SetDefinitelyIdentity(int identity);
+    // NOLINTEND(bugprone-reserved-identifier)
 
     void SetFlag(unsigned char flag, int value);
     void FreshenQuat();

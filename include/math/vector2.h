@@ -154,13 +154,14 @@ public:
     ///@}
 
     /// \name Transformation by a rotation
+    /// Defined with the rotation matrix, in its header.
     ///@{
 
     /// The first two components of the column product m v.
-    C3DVector2Tpl & Mul(C3DRotMatTpl<T> const & m, C3DVector3Tpl<T> const & v);
+    inline C3DVector2Tpl & Mul(C3DRotMatTpl<T> const & m, C3DVector3Tpl<T> const & v);
 
     /// The first two components of the row product v m.
-    C3DVector2Tpl & Mul(C3DVector3Tpl<T> const & v, C3DRotMatTpl<T> const & m);
+    inline C3DVector2Tpl & Mul(C3DVector3Tpl<T> const & v, C3DRotMatTpl<T> const & m);
     ///@}
 
     /// \name Geometry

@@ -187,23 +187,23 @@ public:
     ///@}
 
     /// \name Transformation by a matrix
-    /// Every operand is read before the target is written.
+    /// Defined with the matrices, in their headers. Every operand is read before the target is written.
     ///@{
 
     /// The row product v m: component j is the sum of v_i m[i][j].
-    C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix33Tpl<T> const & m);
-    C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m);
+    inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix33Tpl<T> const & m);
+    inline C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m);
 
     /// The column product m v: component i is the sum of m[i][j] v_j.
-    C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m, C3DVector3Tpl const & v);
+    inline C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m, C3DVector3Tpl const & v);
 
     /// The same two products with a rotation.
-    C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DRotMatTpl<T> const & m);
-    C3DVector3Tpl & Mul(C3DRotMatTpl<T> const & m, C3DVector3Tpl const & v);
+    inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DRotMatTpl<T> const & m);
+    inline C3DVector3Tpl & Mul(C3DRotMatTpl<T> const & m, C3DVector3Tpl const & v);
 
     /// The point (v, 1) as a row times m, divided by the resulting w, which is not tested. A component of v that is
     /// exactly 0 (or a NaN) contributes nothing, so an infinity or NaN in its row of m does not reach the result.
-    C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m);
+    inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m);
     ///@}
 
     /// \name Geometry

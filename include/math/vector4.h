@@ -189,15 +189,16 @@ public:
     ///@}
 
     /// \name Transformation by a matrix
-    /// Every operand is read before the target is written. No zero component is skipped and nothing is divided by W.
+    /// Defined with the matrices, in their headers. Every operand is read before the target is written. No zero
+    /// component is skipped and nothing is divided by W.
     ///@{
 
     /// The row product v m.
-    C3DVector4Tpl & Mul(C3DVector4Tpl const & v, C3DMatrix44Tpl<T> const & m);
-    C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m);
+    inline C3DVector4Tpl & Mul(C3DVector4Tpl const & v, C3DMatrix44Tpl<T> const & m);
+    inline C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m);
 
     /// The column product m v.
-    C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m, C3DVector4Tpl const & v);
+    inline C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m, C3DVector4Tpl const & v);
     ///@}
 
     /// \name Geometry

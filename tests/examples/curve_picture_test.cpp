@@ -164,6 +164,8 @@ TEST(CurvePicture, On_the_shipped_clip_it_shows_the_turns_of_the_hips)
     EXPECT_EQ(bake::FindMostChanged(plain, nearest), 0U);
     std::string const text = Picture(plain, nearest);
     EXPECT_EQ(Count(text, kDarkBand), 3U);
+    EXPECT_EQ(Count(text, "stroke-dasharray"), 2U);
+    EXPECT_EQ(Count(text, "<polyline"), 8U);
     EXPECT_EQ(Count(text, ">2 jumps over half a turn<"), 1U);
     EXPECT_EQ(Count(text, ">Y 717°<"), 1U);
     EXPECT_EQ(Count(text, ">Y −3°<"), 1U);

@@ -211,7 +211,10 @@ TEST(Complaint, Multiples_of_90_degrees_are_shown_as_they_were_set_but_for_a_sum
         int changed = 0;
         for (int i = 0; i < 9 * 9 * 9; ++i)
         {
-            Vector const set((i % 9 - 4) * k_HalfPi, (i / 9 % 9 - 4) * k_HalfPi, (i / 81 - 4) * k_HalfPi);
+            int const x = i % 9 - 4;
+            int const y = i / 9 % 9 - 4;
+            int const z = i / 81 - 4;
+            Vector const set(x * k_HalfPi, y * k_HalfPi, z * k_HalfPi);
             RotMat const mat = Matrix(row, set);
             Vector const shown = Extract(row, mat, set);
             EXPECT_LE(MaxDifference(Matrix(row, shown), mat), 1e-12) << row;

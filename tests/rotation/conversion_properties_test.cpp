@@ -174,6 +174,7 @@ TEST(BakedCurve, It_never_jumps_by_more_than_the_curve_itself_moves)
     Random random(75);
     double const step = 1.0 / 256;
     int const frames = 600;
+    int const crossing = frames / 2;
     int atPole = 0;
     for (int i = 0; i < 180; ++i)
     {
@@ -182,7 +183,7 @@ TEST(BakedCurve, It_never_jumps_by_more_than_the_curve_itself_moves)
         if (i % 3 == 0)
         {
             // Through the pole in the middle, on a frame.
-            curve.Pass(row.a1, (random.Integer(-9, 8) + 0.5) * k_Pi, frames / 2 * step);
+            curve.Pass(row.a1, (random.Integer(-9, 8) + 0.5) * k_Pi, crossing * step);
         }
         Vector source = curve.Get(0.0);
         Vector baked = source;

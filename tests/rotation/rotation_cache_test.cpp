@@ -568,10 +568,10 @@ TEST(RotationCache, IsExactlyIdentity_trusts_the_angles_then_the_quaternion_then
     struct Row
     {
         unsigned flags;
+        int identity;
         Vector angles;
         Quat quat;
         Matrix matrix;
-        int identity;
     };
     Vector const noAngles(k_Nan, k_Nan, k_Nan);
     Quat const noQuat(k_Nan, k_Nan, k_Nan, k_Nan);
@@ -582,33 +582,33 @@ TEST(RotationCache, IsExactlyIdentity_trusts_the_angles_then_the_quaternion_then
     double const almostOne = std::nextafter(1.0, 0.0);
     double const tiny = std::numeric_limits<double>::denorm_min();
     Row const rows[] = {
-        {k_IdentityState, noAngles, noQuat, noMatrix, 1},
-        {k_Marked | k_FromMatrix, noAngles, noQuat, noMatrix, 1},
+        {k_IdentityState, 1, noAngles, noQuat, noMatrix},
+        {k_Marked | k_FromMatrix, 1, noAngles, noQuat, noMatrix},
         // angles first
-        {k_AnglesAlone, zero, noQuat, noMatrix, 1},
-        {k_AnglesAlone, Vector(-0.0, 0.0, -0.0), noQuat, noMatrix, 1},
-        {0, zero, noQuat, noMatrix, 1},
-        {0, Vector(tiny, 0, 0), one, unit, 0},
-        {1, Vector(0, -tiny, 0), one, unit, 0},
-        {2, Vector(0, 0, tiny), one, unit, 0},
-        {2, Vector(k_TwoPi, 0, 0), one, unit, 0},
-        {2, Vector(k_Nan, 0, 0), one, unit, 0},
+        {k_AnglesAlone, 1, zero, noQuat, noMatrix},
+        {k_AnglesAlone, 1, Vector(-0.0, 0.0, -0.0), noQuat, noMatrix},
+        {0, 1, zero, noQuat, noMatrix},
+        {0, 0, Vector(tiny, 0, 0), one, unit},
+        {1, 0, Vector(0, -tiny, 0), one, unit},
+        {2, 0, Vector(0, 0, tiny), one, unit},
+        {2, 0, Vector(k_TwoPi, 0, 0), one, unit},
+        {2, 0, Vector(k_Nan, 0, 0), one, unit},
         // then the quaternion
-        {k_QuatAlone, noAngles, one, noMatrix, 1},
-        {k_QuatAlone, noAngles, Quat(1, -0.0, 0, 0), noMatrix, 1},
-        {k_FromMatrix | k_AnglesDirty, noAngles, one, noMatrix, 1},
-        {k_AnglesDirty, zero, Quat(almostOne, 0, 0, 0), unit, 0},
-        {k_AnglesDirty, zero, Quat(1, tiny, 0, 0), unit, 0},
-        {k_AnglesDirty, zero, Quat(1, 0, tiny, 0), unit, 0},
-        {k_AnglesDirty, zero, Quat(1, 0, 0, tiny), unit, 0},
-        {k_AnglesDirty, zero, Quat(-1, 0, 0, 0), unit, 0},
-        {k_AnglesDirty, zero, Quat(1, k_Nan, 0, 0), unit, 0},
+        {k_QuatAlone, 1, noAngles, one, noMatrix},
+        {k_QuatAlone, 1, noAngles, Quat(1, -0.0, 0, 0), noMatrix},
+        {k_FromMatrix | k_AnglesDirty, 1, noAngles, one, noMatrix},
+        {k_AnglesDirty, 0, zero, Quat(almostOne, 0, 0, 0), unit},
+        {k_AnglesDirty, 0, zero, Quat(1, tiny, 0, 0), unit},
+        {k_AnglesDirty, 0, zero, Quat(1, 0, tiny, 0), unit},
+        {k_AnglesDirty, 0, zero, Quat(1, 0, 0, tiny), unit},
+        {k_AnglesDirty, 0, zero, Quat(-1, 0, 0, 0), unit},
+        {k_AnglesDirty, 0, zero, Quat(1, k_Nan, 0, 0), unit},
         // then the matrix
-        {k_MatrixAlone, noAngles, noQuat, unit, 1},
-        {k_MatrixAlone, noAngles, noQuat, Matrix(1, -0.0, 0, 0, 1, 0, 0, 0, 1), 1},
-        {k_MatrixAlone, zero, one, Matrix(almostOne, 0, 0, 0, 1, 0, 0, 0, 1), 0},
-        {k_MatrixAlone, zero, one, Matrix(1, 0, 0, 0, 1, 0, 0, tiny, 1), 0},
-        {k_MatrixAlone, zero, one, Matrix(1, 0, k_Nan, 0, 1, 0, 0, 0, 1), 0},
+        {k_MatrixAlone, 1, noAngles, noQuat, unit},
+        {k_MatrixAlone, 1, noAngles, noQuat, Matrix(1, -0.0, 0, 0, 1, 0, 0, 0, 1)},
+        {k_MatrixAlone, 0, zero, one, Matrix(almostOne, 0, 0, 0, 1, 0, 0, 0, 1)},
+        {k_MatrixAlone, 0, zero, one, Matrix(1, 0, 0, 0, 1, 0, 0, tiny, 1)},
+        {k_MatrixAlone, 0, zero, one, Matrix(1, 0, k_Nan, 0, 1, 0, 0, 0, 1)},
     };
     int number = 0;
     for (Row const & row : rows)

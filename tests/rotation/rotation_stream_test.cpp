@@ -40,6 +40,31 @@ Bytes ChunkOf(Vector const & angles, std::uint32_t version = 0x40, std::uint32_t
 
 Vector const k_Angles(0.1, -2.5 - k_TwoPi, 1e-30);
 
+/// A stream on memory on which one call of `Write` fails, and no other.
+class FailingOnceStream final : public math::detail::CountedStream
+{
+public:
+    explicit FailingOnceStream(int call) : m_Call(call), m_Memory(MakeMemoryStream()) {}
+
+    long Read(void * target, unsigned long count, unsigned long * done) override
+    {
+        return m_Memory->Read(target, count, done);
+    }
+    long Write(void const * source, unsigned long count, unsigned long * done) override
+    {
+        return m_Call-- == 0 ? k_DiskFull : m_Memory->Write(source, count, done);
+    }
+    long Seek(long long distance, unsigned long origin, unsigned long long * position) override
+    {
+        return m_Memory->Seek(distance, origin, position);
+    }
+    CMemoryStream & GetMemory() { return *m_Memory; }
+
+private:
+    int m_Call;
+    StreamPointer<CMemoryStream> m_Memory;
+};
+
 /// A rotation that a failing Load must leave as it is.
 C3DRotation MakeOld(unsigned flags = k_MatrixAlone)
 {
@@ -132,6 +157,26 @@ TEST(RotationStream, Save_that_fails_on_any_byte_takes_the_stream_back_and_tells
     auto const enough = MakeStreamFailingOnWrite(k_ChunkSize + 4);
     C3DRotation rotation = MakeOld();
     EXPECT_EQ(rotation.Save(enough.get(), 0), S_OK);
+}
+
+TEST(RotationStream, Save_that_fails_closes_the_chunk_it_gives_up)
+{
+    // Tag, version and length; the lead byte and three angles; the length again at the close.
+    for (int call = 0; call < 8; ++call)
+    {
+        StreamPointer<FailingOnceStream> const stream(new FailingOnceStream(call));
+        C3DRotation rotation(k_Angles, E3DROTORDER_XYZ);
+        EXPECT_EQ(rotation.Save(stream.get(), 0), k_DiskFull);
+        EXPECT_EQ(GetPosition(*stream), 0U);
+        if (call >= 3 && call < 7)
+        {
+            // Of its content the lead byte and some angles were written, and the length tells how much.
+            std::size_t const content = call == 3 ? 0 : 1 + 8 * (static_cast<std::size_t>(call) - 4);
+            Bytes expected = ChunkOf(k_Angles, 0x40, static_cast<std::uint32_t>(content));
+            expected.resize(k_HeaderSize + content);
+            EXPECT_EQ(GetBytes(stream->GetMemory()), expected);
+        }
+    }
 }
 
 TEST(RotationStream, Save_reports_a_stream_that_cannot_seek)
