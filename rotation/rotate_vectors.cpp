@@ -25,6 +25,59 @@ void RotateEach(Matrix const & m, Vector const * in, long n, Vector * out)
 
 #if defined(__x86_64__)
 
+// The three registers of eight vectors hold x0 y0 z0 x1 y1 z1 x2 y2 | z2 x3 ... x5 | y5 z5 ... z7. Two choices from two
+// registers each make the eight x, the eight y and the eight z, and back. In a choice, 8 and above is the second
+// register.
+__attribute__((target("avx512f"))) long RotateByEight(Matrix const & m, Vector const * in, long n, Vector * out)
+{
+    __m512d rows[3][3];
+    for (int r = 0; r < 3; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            rows[r][c] = _mm512_set1_pd(m.Get(r, c));
+        }
+    }
+    // Places whose content is replaced by the second choice are given as 0.
+    __m512i const xFromAB = _mm512_setr_epi64(0, 3, 6, 9, 12, 15, 0, 0);
+    __m512i const xFromC = _mm512_setr_epi64(0, 1, 2, 3, 4, 5, 10, 13);
+    __m512i const yFromAB = _mm512_setr_epi64(1, 4, 7, 10, 13, 0, 0, 0);
+    __m512i const yFromC = _mm512_setr_epi64(0, 1, 2, 3, 4, 8, 11, 14);
+    __m512i const zFromAB = _mm512_setr_epi64(2, 5, 8, 11, 14, 0, 0, 0);
+    __m512i const zFromC = _mm512_setr_epi64(0, 1, 2, 3, 4, 9, 12, 15);
+    __m512i const aFromXY = _mm512_setr_epi64(0, 8, 0, 1, 9, 0, 2, 10);
+    __m512i const aFromZ = _mm512_setr_epi64(0, 1, 8, 3, 4, 9, 6, 7);
+    __m512i const bFromXY = _mm512_setr_epi64(0, 3, 11, 0, 4, 12, 0, 5);
+    __m512i const bFromZ = _mm512_setr_epi64(10, 1, 2, 11, 4, 5, 12, 7);
+    __m512i const cFromXY = _mm512_setr_epi64(13, 0, 6, 14, 0, 7, 15, 0);
+    __m512i const cFromZ = _mm512_setr_epi64(0, 13, 2, 3, 14, 5, 6, 15);
+    long i = 0;
+    for (; i + 8 <= n; i += 8)
+    {
+        double const * const source = in[i].GetArray();
+        __m512d const a = _mm512_loadu_pd(source);
+        __m512d const b = _mm512_loadu_pd(source + 8);
+        __m512d const c = _mm512_loadu_pd(source + 16);
+        __m512d const x = _mm512_permutex2var_pd(_mm512_permutex2var_pd(a, xFromAB, b), xFromC, c);
+        __m512d const y = _mm512_permutex2var_pd(_mm512_permutex2var_pd(a, yFromAB, b), yFromC, c);
+        __m512d const z = _mm512_permutex2var_pd(_mm512_permutex2var_pd(a, zFromAB, b), zFromC, c);
+        __m512d product[3];
+        for (int k = 0; k < 3; ++k)
+        {
+            product[k] = _mm512_add_pd(_mm512_add_pd(_mm512_mul_pd(x, rows[0][k]), _mm512_mul_pd(y, rows[1][k])),
+                                       _mm512_mul_pd(z, rows[2][k]));
+        }
+        double * const target = out[i].GetArray();
+        _mm512_storeu_pd(target, _mm512_permutex2var_pd(_mm512_permutex2var_pd(product[0], aFromXY, product[1]), aFromZ,
+                                                        product[2]));
+        _mm512_storeu_pd(target + 8, _mm512_permutex2var_pd(_mm512_permutex2var_pd(product[0], bFromXY, product[1]),
+                                                            bFromZ, product[2]));
+        _mm512_storeu_pd(target + 16, _mm512_permutex2var_pd(_mm512_permutex2var_pd(product[0], cFromXY, product[1]),
+                                                             cFromZ, product[2]));
+    }
+    return i;
+}
+
 // The 128-bit halves of the twelve numbers are loaded so that the low lanes hold the first two vectors and the high
 // lanes the other two,
 //     x0 y0 | x2 y2     z0 x1 | z2 x3     y1 z1 | y3 z3
@@ -113,7 +166,18 @@ void RotateVectors(Matrix const & m, Vector const * in, long n, Vector * out)
 {
     long done = 0;
 #if defined(__x86_64__)
-    done = __builtin_cpu_supports("avx") ? RotateByFour(m, in, n, out) : RotateByTwo(m, in, n, out);
+    if (n >= 8 && __builtin_cpu_supports("avx512f"))
+    {
+        done += RotateByEight(m, in, n, out);
+    }
+    if (n - done >= 4 && __builtin_cpu_supports("avx"))
+    {
+        done += RotateByFour(m, in + done, n - done, out + done);
+    }
+    if (n - done >= 2)
+    {
+        done += RotateByTwo(m, in + done, n - done, out + done);
+    }
 #endif
     RotateEach(m, in + done, n - done, out + done);
 }

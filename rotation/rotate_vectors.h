@@ -16,8 +16,10 @@ void RotateVectors(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const
 
 #if defined(__x86_64__)
 
-/// The kernels: as many whole groups of four (which needs AVX) or two (which any x86-64 can) as n holds. They return
-/// how many vectors were done.
+/// The kernels: as many whole groups of eight (which needs AVX-512), four (AVX) or two (any x86-64) as n holds. They
+/// return how many vectors were done.
+long RotateByEight(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,
+                   C3DVector3Tpl<double> * out);
 long RotateByFour(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,
                   C3DVector3Tpl<double> * out);
 long RotateByTwo(C3DMatrix33Tpl<double> const & m, C3DVector3Tpl<double> const * in, long n,

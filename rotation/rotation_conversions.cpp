@@ -195,12 +195,15 @@ void F3DEulerToMat(C3DVector3Tpl<double> const & angles, C3DRotMatTpl<double> & 
     }
     auto const [a0, a1, a2, even] = *row;
     double const p = even ? 1 : -1;
-    double const c0 = std::cos(angles.Get(a0));
-    double const s0 = std::sin(angles.Get(a0));
-    double const c1 = std::cos(angles.Get(a1));
-    double const s1 = std::sin(angles.Get(a1));
-    double const c2 = std::cos(angles.Get(a2));
-    double const s2 = std::sin(angles.Get(a2));
+    double const angle0 = angles.Get(a0);
+    double const angle1 = angles.Get(a1);
+    double const angle2 = angles.Get(a2);
+    double const c0 = std::cos(angle0);
+    double const s0 = std::sin(angle0);
+    double const c1 = std::cos(angle1);
+    double const s1 = std::sin(angle1);
+    double const c2 = std::cos(angle2);
+    double const s2 = std::sin(angle2);
     mat.Set(a0, a0, c1 * c2).Set(a0, a1, p * (c1 * s2)).Set(a0, a2, -p * s1);
     mat.Set(a1, a0, s0 * s1 * c2 - p * (c0 * s2)).Set(a1, a1, p * (s0 * s1 * s2) + c0 * c2).Set(a1, a2, p * (s0 * c1));
     mat.Set(a2, a0, p * (c0 * s1 * c2) + s0 * s2).Set(a2, a1, c0 * s1 * s2 - p * (s0 * c2)).Set(a2, a2, c0 * c1);

@@ -3,6 +3,7 @@
 /// \file
 /// The whole library.
 
+#include "math/angles.h"
 #include "math/bits.h"
 #include "math/discrete_value.h"
 #include "math/matrix33.h"
@@ -22,7 +23,12 @@
 #include "math/platform/unknown.h"
 #include "math/platform/variant.h"
 #include "math/polynomial_roots.h"
+#include "math/quaternion.h"
 #include "math/random.h"
+#include "math/rotation.h"
+#include "math/rotation_conversions.h"
+#include "math/rotation_matrix.h"
+#include "math/rotation_order.h"
 #include "math/safe_array.h"
 #include "math/scale_volume.h"
 #include "math/vector2.h"

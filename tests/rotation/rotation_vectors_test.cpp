@@ -223,7 +223,8 @@ TEST(RotationVectors, Each_kernel_does_its_whole_groups_with_the_scalar_bits)
     };
     test_support::Random random(504);
     for (Kernel const & kernel : {Kernel{&math::detail::RotateByTwo, 2, true},
-                                  Kernel{&math::detail::RotateByFour, 4, __builtin_cpu_supports("avx") != 0}})
+                                  Kernel{&math::detail::RotateByFour, 4, __builtin_cpu_supports("avx") != 0},
+                                  Kernel{&math::detail::RotateByEight, 8, __builtin_cpu_supports("avx512f") != 0}})
     {
         for (long n = 0; kernel.runs && n <= 33; ++n)
         {
