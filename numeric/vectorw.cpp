@@ -23,9 +23,16 @@ C3DVectorw::C3DVectorw() : X(0), Y(0), Z(0), W(1) {}
 
 C3DVectorw::C3DVectorw(double x, double y, double z, double w) : X(x), Y(y), Z(z), W(w) {}
 
+C3DVectorw::C3DVectorw(double const * array) : C3DVectorw(array[0], array[1], array[2], array[3]) {}
+
 C3DVectorw & C3DVectorw::Set(double x, double y, double z, double w)
 {
     return *this = C3DVectorw(x, y, z, w);
+}
+
+C3DVectorw & C3DVectorw::Set(C3DVectorw const & vector)
+{
+    return *this = vector;
 }
 
 C3DVectorw & C3DVectorw::Set(int index, double value)
@@ -122,6 +129,11 @@ std::uint64_t C3DVectorw::GetDynamicMemSize() const
 int C3DVectorw::IsNull(double epsilon) const
 {
     return !(std::abs(X) > epsilon || std::abs(Y) > epsilon || std::abs(Z) > epsilon || std::abs(W) > epsilon);
+}
+
+int C3DVectorw::IsExactlyNull() const
+{
+    return X == 0 && Y == 0 && Z == 0 && W == 0;
 }
 
 int C3DVectorw::AreAlmostEqual(C3DVectorw const & other, double epsilon) const

@@ -218,15 +218,15 @@ public:
         Row b1;
         Row b2;
         Row b3;
-        std::memcpy(&b0, b.m_Elements[0], sizeof b0);
-        std::memcpy(&b1, b.m_Elements[1], sizeof b1);
-        std::memcpy(&b2, b.m_Elements[2], sizeof b2);
-        std::memcpy(&b3, b.m_Elements[3], sizeof b3);
+        math::detail::LoadRow(b0, b.m_Elements[0]);
+        math::detail::LoadRow(b1, b.m_Elements[1]);
+        math::detail::LoadRow(b2, b.m_Elements[2]);
+        math::detail::LoadRow(b3, b.m_Elements[3]);
         for (int r = 0; r < 4; ++r)
         {
             T const * const row = a.m_Elements[r];
             Row const sum = row[0] * b0 + row[1] * b1 + row[2] * b2 + row[3] * b3;
-            std::memcpy(m_Elements[r], &sum, sizeof sum);
+            math::detail::StoreRow(sum, m_Elements[r]);
         }
         return *this;
     }
@@ -348,10 +348,10 @@ inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DM
     Row y;
     Row z;
     Row last;
-    std::memcpy(&x, m.GetArray(), sizeof x);
-    std::memcpy(&y, m.GetArray() + 4, sizeof y);
-    std::memcpy(&z, m.GetArray() + 8, sizeof z);
-    std::memcpy(&last, m.GetArray() + 12, sizeof last);
+    math::detail::LoadRow(x, m.GetArray());
+    math::detail::LoadRow(y, m.GetArray() + 4);
+    math::detail::LoadRow(z, m.GetArray() + 8);
+    math::detail::LoadRow(last, m.GetArray() + 12);
     Row const sum = last + v.X * x + v.Y * y + v.Z * z;
     T const reciprocal = T(1) / sum[3];
     return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
@@ -365,12 +365,12 @@ inline C3DVector4Tpl<T> & C3DVector4Tpl<T>::Mul(C3DVector4Tpl<T> const & v, C3DM
     Row y;
     Row z;
     Row w;
-    std::memcpy(&x, m.GetArray(), sizeof x);
-    std::memcpy(&y, m.GetArray() + 4, sizeof y);
-    std::memcpy(&z, m.GetArray() + 8, sizeof z);
-    std::memcpy(&w, m.GetArray() + 12, sizeof w);
+    math::detail::LoadRow(x, m.GetArray());
+    math::detail::LoadRow(y, m.GetArray() + 4);
+    math::detail::LoadRow(z, m.GetArray() + 8);
+    math::detail::LoadRow(w, m.GetArray() + 12);
     Row const sum = v.X * x + v.Y * y + v.Z * z + v.W * w;
-    std::memcpy(GetArray(), &sum, sizeof sum);
+    math::detail::StoreRow(sum, GetArray());
     return *this;
 }
 

@@ -27,7 +27,13 @@ public:
     C3DVectorw();
     C3DVectorw(double x, double y, double z, double w);
 
+    /// Copies four consecutive scalars.
+    explicit C3DVectorw(double const * array);
+
     C3DVectorw & Set(double x, double y, double z, double w);
+
+    /// Copies all four components.
+    C3DVectorw & Set(C3DVectorw const & vector);
 
     /// Sets component 0, 1, 2 or 3; any other index changes nothing.
     C3DVectorw & Set(int index, double value);
@@ -63,6 +69,9 @@ public:
 
     /// 1 unless the magnitude of some component is above `epsilon`: (0, 0, 0, 1) is not null at an `epsilon` below 1.
     int IsNull(double epsilon = math::detail::k_StandardTolerance<double>) const;
+
+    /// 1 when all four components compare equal to 0.
+    int IsExactlyNull() const;
 
     /// 1 unless some component differs by `epsilon` or more; a NaN counts as close.
     int AreAlmostEqual(C3DVectorw const & other, double epsilon = math::detail::k_StandardTolerance<double>) const;

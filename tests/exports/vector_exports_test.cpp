@@ -214,8 +214,12 @@ TEST(Exports, Vectorw)
 {
     using V = C3DVectorw;
     Constructor<V>();
+    double const array[4] = {};
     Constructor<V>(1.0, 2.0, 3.0, 4.0);
+    Constructor<V>(array);
     Member<V &(double, double, double, double)>(&V::Set);
+    Member<V &(V const &)>(&V::Set);
+    Member<int() const>(&V::IsExactlyNull);
     Member<V &(int, double)>(&V::Set);
     Member<V &(double)>(&V::SetX);
     Member<V &(double)>(&V::SetY);

@@ -2,6 +2,7 @@
 
 #include "numeric/vector_checks.h"
 
+#include <limits>
 #include <type_traits>
 
 using namespace test_support;
@@ -31,6 +32,27 @@ TEST(Vectorw, Set_and_Get_move_all_four_components)
     double w = 0;
     a.Get(x, y, z, w);
     EXPECT_EQ(Row<double>(x, y, z, w), Row<double>(2, -3, 5, 7));
+}
+
+TEST(Vectorw, Array_and_copy_bring_all_four_components)
+{
+    double const array[5] = {2, 3, 5, 7, 11};
+    C3DVectorw const fromArray(array);
+    EXPECT_EQ(Components(fromArray), Row<double>(2, 3, 5, 7));
+    C3DVectorw copy;
+    EXPECT_EQ(&copy.Set(fromArray), &copy);
+    EXPECT_EQ(Components(copy), Row<double>(2, 3, 5, 7));
+}
+
+TEST(Vectorw, IsExactlyNull_looks_at_the_weight_too)
+{
+    EXPECT_EQ(C3DVectorw().IsExactlyNull(), 0);
+    EXPECT_EQ(C3DVectorw(0, -0.0, 0, -0.0).IsExactlyNull(), 1);
+    for (int i = 0; i < 4; ++i)
+    {
+        EXPECT_EQ(C3DVectorw(0, 0, 0, 0).Set(i, 5e-324).IsExactlyNull(), 0);
+        EXPECT_EQ(C3DVectorw(0, 0, 0, 0).Set(i, std::numeric_limits<double>::quiet_NaN()).IsExactlyNull(), 0);
+    }
 }
 
 TEST(Vectorw, SetNull_resets_the_weight_to_one)

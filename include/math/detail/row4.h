@@ -3,6 +3,8 @@
 /// \file
 /// Four scalars side by side.
 
+#include <cstring>
+
 namespace math::detail
 {
 
@@ -14,5 +16,17 @@ struct Row4
 {
     typedef T Lanes __attribute__((vector_size(4 * sizeof(T)))); // NOLINT(modernize-use-using): takes the attribute
 };
+
+template <typename T>
+inline void LoadRow(typename Row4<T>::Lanes & row, T const * source)
+{
+    std::memcpy(&row, source, sizeof row);
+}
+
+template <typename T>
+inline void StoreRow(typename Row4<T>::Lanes const & row, T * target)
+{
+    std::memcpy(target, &row, sizeof row);
+}
 
 } // namespace math::detail
