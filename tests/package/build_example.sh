@@ -20,7 +20,7 @@ block text >"$scratch/expected"
 case $way in
 cmake)
     block cmake >"$scratch/CMakeLists.txt"
-    cmake -S "$scratch" -B "$scratch/build" -DCMAKE_CXX_COMPILER="$compiler" \
+    cmake -G Ninja -S "$scratch" -B "$scratch/build" -DCMAKE_CXX_COMPILER="$compiler" \
         -DCMAKE_PREFIX_PATH="$scratch/prefix" >/dev/null
     cmake --build "$scratch/build" >/dev/null
     program=$scratch/build/example
