@@ -36,7 +36,7 @@ int F3DCompareEpsilon(double a, double b, double epsilon)
 
 int F3DCompareEpsilon(float a, float b, float epsilon)
 {
-    float const limit = static_cast<float>(ScaledTolerance(std::abs(a), std::abs(b), epsilon));
+    auto const limit = static_cast<float>(ScaledTolerance(std::abs(a), std::abs(b), epsilon));
     return CompareDifference(a - b, limit);
 }
 

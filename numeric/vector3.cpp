@@ -24,7 +24,8 @@ C3DVector3Tpl<T>::C3DVector3Tpl(QN_Vector const & vector)
 template <typename T>
 C3DVector3Tpl<T> & C3DVector3Tpl<T>::operator=(QN_Vector const & vector)
 {
-    return *this = C3DVector3Tpl(vector);
+    *this = C3DVector3Tpl(vector);
+    return *this;
 }
 
 template <typename T>

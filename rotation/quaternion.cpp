@@ -14,7 +14,7 @@ template <typename T>
 C3DQuatTpl<T> & C3DQuatTpl<T>::Normalize()
 {
     double const tolerance = math::detail::k_StandardTolerance<double>;
-    double const squaredLength = static_cast<double>(GetSquaredLength());
+    auto const squaredLength = static_cast<double>(GetSquaredLength());
     if (!(std::abs(squaredLength - 1) < tolerance))
     {
         if (!(squaredLength >= tolerance))
@@ -37,14 +37,14 @@ C3DQuatTpl<T> & C3DQuatTpl<T>::Normalize()
 template <typename T>
 C3DQuatTpl<T> & C3DQuatTpl<T>::Slerp(C3DQuatTpl const & a, C3DQuatTpl const & b, T t)
 {
-    double cosine = static_cast<double>(math::detail::Dot(a, b));
+    auto cosine = static_cast<double>(math::detail::Dot(a, b));
     bool const flip = !(cosine >= 0);
     if (flip)
     {
         cosine = -cosine;
     }
-    double weightA = static_cast<double>(T(1) - t);
-    double weightB = static_cast<double>(t);
+    auto weightA = static_cast<double>(T(1) - t);
+    auto weightB = static_cast<double>(t);
     if (!(cosine >= 0.999999999999))
     {
         double const angle = std::acos(cosine);

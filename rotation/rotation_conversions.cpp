@@ -40,7 +40,7 @@ void MultiplyElementaryQuaternions(C3DVector3Tpl<double> const & angles, EulerOr
     double const c2 = std::cos(half2);
     double const s2 = std::sin(half2);
     double const p = order.even ? 1 : -1;
-    double vector[3];
+    double vector[3] = {};
     vector[order.first] = c1 * s0 * c2 - p * (s1 * c0 * s2);
     vector[order.middle] = s1 * c0 * c2 + p * (c1 * s0 * s2);
     vector[order.last] = c1 * c0 * s2 - p * (s1 * s0 * c2);
@@ -68,7 +68,7 @@ void MatToQuat(C3DRotMatTpl<T> const & m, C3DQuatTpl<T> & quat)
         int const k = (j + 1) % 3;
         T const root = std::sqrt(m.Get(i, i) + 1 - m.Get(j, j) - m.Get(k, k)) * T(0.5);
         T const factor = T(0.25) / root;
-        T vector[3];
+        T vector[3] = {};
         vector[i] = root;
         vector[j] = (m.Get(i, j) + m.Get(j, i)) * factor;
         vector[k] = (m.Get(i, k) + m.Get(k, i)) * factor;
