@@ -37,8 +37,8 @@ double ComputeWay(clip::Clip const & motion, std::size_t joint)
 
 bool IsJump(double before, double after, double limit)
 {
-    constexpr double kRounding = 1e-9;
-    return std::abs(after - before) > limit + kRounding;
+    constexpr double k_Rounding = 1e-9;
+    return std::abs(after - before) > limit + k_Rounding;
 }
 
 std::size_t CountJumps(clip::Clip const & motion, double limit)
@@ -60,7 +60,7 @@ std::size_t CountJumps(clip::Clip const & motion, double limit)
 
 std::size_t FindMostChanged(clip::Clip const & motion, clip::Clip const & other)
 {
-    constexpr double kLeastExcess = 1;
+    constexpr double k_LeastExcess = 1;
     std::size_t mostChanged = 0;
     std::size_t mostMoving = 0;
     double largestExcess = 0;
@@ -80,7 +80,7 @@ std::size_t FindMostChanged(clip::Clip const & motion, clip::Clip const & other)
             mostMoving = joint;
         }
     }
-    return largestExcess >= kLeastExcess ? mostChanged : mostMoving;
+    return largestExcess >= k_LeastExcess ? mostChanged : mostMoving;
 }
 
 } // namespace bake

@@ -7,8 +7,8 @@
 namespace bake
 {
 
-inline constexpr double kHalfTurn = 180;   ///< in degrees, as all angles here
-inline constexpr double kQuarterTurn = 90; ///< what a flip at a pole exceeds, which can stay just short of half a turn
+inline constexpr double k_HalfTurn = 180;   ///< in degrees, as all angles here
+inline constexpr double k_QuarterTurn = 90; ///< what a flip at a pole exceeds, which can stay just short of half a turn
 
 /// Whether an angle moves by more than `limit` from a frame to the next. A step of the limit itself is none, however it
 /// was rounded.

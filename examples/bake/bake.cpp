@@ -30,9 +30,9 @@ namespace bake
 namespace
 {
 
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongInput = 2;
+constexpr int k_Done = 0;
+constexpr int k_Failed = 1;
+constexpr int k_WrongInput = 2;
 
 struct Evaluation
 {
@@ -129,7 +129,7 @@ void PrintSummary(std::ostream & output, clip::Clip const & motion, Evaluation c
 
 void PrintJumps(std::ostream & output, std::string_view which, clip::Clip const & motion)
 {
-    output << which << CountJumps(motion, kHalfTurn) << " over half a turn, " << CountJumps(motion, kQuarterTurn)
+    output << which << CountJumps(motion, k_HalfTurn) << " over half a turn, " << CountJumps(motion, k_QuarterTurn)
            << " over a quarter turn\n";
 }
 
@@ -173,27 +173,27 @@ int Run(std::span<char const * const> arguments, std::ostream & output, std::ost
     try
     {
         Options const options = ParseOptions(arguments);
-        options.isHelpWanted ? void(output << kUsage) : Bake(options, output);
+        options.isHelpWanted ? void(output << k_Usage) : Bake(options, output);
         if (!output.flush())
         {
             throw std::runtime_error("cannot write to standard output");
         }
-        return kDone;
+        return k_Done;
     }
     catch (UsageError const & error)
     {
         errors << "bake: " << error.what() << "\nTry \"bake --help\".\n";
-        return kWrongInput;
+        return k_WrongInput;
     }
     catch (clip::FormatError const & error)
     {
         errors << error.what() << '\n';
-        return kWrongInput;
+        return k_WrongInput;
     }
     catch (std::exception const & error)
     {
         errors << "bake: " << error.what() << '\n';
-        return kFailed;
+        return k_Failed;
     }
 }
 

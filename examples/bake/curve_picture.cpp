@@ -20,30 +20,30 @@ namespace
 
 using Vector = C3DVector3Tpl<double>;
 
-constexpr std::size_t kMostNameBytes = 48;
+constexpr std::size_t k_MostNameBytes = 48;
 
-constexpr double kHeaderHeight = 108;
-constexpr double kPanelHead = 62; ///< above a plot, for its title and the label of its axis
-constexpr double kPanelFoot = 50; ///< below it, for the labels of time
-constexpr double kPlotLeft = kMargin + 74;
-constexpr double kPlotRight = kPageWidth - kMargin - 88; ///< the names of the curves stand behind it
-constexpr double kPlotWidth = kPlotRight - kPlotLeft;
-constexpr double kPlotHeights = 580; ///< of both together
-constexpr double kLeastShare = 0.32; ///< of them, for the plot with the smaller range
-constexpr double kLeastRuleDistance = 30;
-constexpr double kLeastTimeDistance = 90;
-constexpr double kLeastBandWidth = 7;
-constexpr double kLeastMarkDistance = 4;
-constexpr double kLeastLabelDistance = 46;
-constexpr double kLineHeight = 17;
+constexpr double k_HeaderHeight = 108;
+constexpr double k_PanelHead = 62; ///< above a plot, for its title and the label of its axis
+constexpr double k_PanelFoot = 50; ///< below it, for the labels of time
+constexpr double k_PlotLeft = k_Margin + 74;
+constexpr double k_PlotRight = k_PageWidth - k_Margin - 88; ///< the names of the curves stand behind it
+constexpr double k_PlotWidth = k_PlotRight - k_PlotLeft;
+constexpr double k_PlotHeights = 580; ///< of both together
+constexpr double k_LeastShare = 0.32; ///< of them, for the plot with the smaller range
+constexpr double k_LeastRuleDistance = 30;
+constexpr double k_LeastTimeDistance = 90;
+constexpr double k_LeastBandWidth = 7;
+constexpr double k_LeastMarkDistance = 4;
+constexpr double k_LeastLabelDistance = 46;
+constexpr double k_LineHeight = 17;
 
 /// One for each axis, told apart by most colour-blind readers, after Okabe and Ito.
-constexpr std::array<std::string_view, 3> kAxisColors = {"#d55e00", "#009e73", "#0072b2"};
-constexpr std::array<std::string_view, 3> kAxisNames = {"X", "Y", "Z"};
-constexpr std::string_view kGridColor = "#e4e1db";
-constexpr std::string_view kBandColor = "#c0143c";
-constexpr double kHalfTurnOpacity = 0.26;
-constexpr double kQuarterTurnOpacity = 0.12;
+constexpr std::array<std::string_view, 3> k_AxisColors = {"#d55e00", "#009e73", "#0072b2"};
+constexpr std::array<std::string_view, 3> k_AxisNames = {"X", "Y", "Z"};
+constexpr std::string_view k_GridColor = "#e4e1db";
+constexpr std::string_view k_BandColor = "#c0143c";
+constexpr double k_HalfTurnOpacity = 0.26;
+constexpr double k_QuarterTurnOpacity = 0.12;
 
 /// A step from the frame before, with an angle that jumps.
 struct Mark
@@ -54,7 +54,7 @@ struct Mark
 
 bool IsOverHalfTurn(Mark const & mark)
 {
-    return IsJump(0, mark.largest, kHalfTurn);
+    return IsJump(0, mark.largest, k_HalfTurn);
 }
 
 /// A plot on its panel.
@@ -158,10 +158,10 @@ public:
 
     clip::Drawing Draw(std::string const & name) const
     {
-        double const height = kHeaderHeight + 2 * (kPanelHead + kPanelFoot) + kPlotHeights + kPanelGap + kMargin;
-        std::string const title = name + ": " + clip::ShortenText(Joint().name, kMostNameBytes);
-        clip::Drawing drawing(kPageWidth, height, title + ", angles extracted plainly and with a target");
-        drawing.Rectangle({0, 0}, kPageWidth, height, {std::string(kPaper)});
+        double const height = k_HeaderHeight + 2 * (k_PanelHead + k_PanelFoot) + k_PlotHeights + k_PanelGap + k_Margin;
+        std::string const title = name + ": " + clip::ShortenText(Joint().name, k_MostNameBytes);
+        clip::Drawing drawing(k_PageWidth, height, title + ", angles extracted plainly and with a target");
+        drawing.Rectangle({0, 0}, k_PageWidth, height, {std::string(k_Paper)});
         DrawHeader(drawing, title);
         for (Panel const & panel : m_Panels)
         {
@@ -188,11 +188,11 @@ private:
         }
         double const upper = std::max(m_Panels[0].high - m_Panels[0].low, 1.0);
         double const lower = std::max(m_Panels[1].high - m_Panels[1].low, 1.0);
-        double const share = std::clamp(upper / (upper + lower), kLeastShare, 1 - kLeastShare);
-        m_Panels[0].height = share * kPlotHeights;
-        m_Panels[1].height = (1 - share) * kPlotHeights;
-        m_Panels[0].top = kHeaderHeight + kPanelHead;
-        m_Panels[1].top = m_Panels[0].top + m_Panels[0].height + kPanelFoot + kPanelGap + kPanelHead;
+        double const share = std::clamp(upper / (upper + lower), k_LeastShare, 1 - k_LeastShare);
+        m_Panels[0].height = share * k_PlotHeights;
+        m_Panels[1].height = (1 - share) * k_PlotHeights;
+        m_Panels[0].top = k_HeaderHeight + k_PanelHead;
+        m_Panels[1].top = m_Panels[0].top + m_Panels[0].height + k_PanelFoot + k_PanelGap + k_PanelHead;
         for (Panel & panel : m_Panels)
         {
             SnapToRules(panel);
@@ -202,7 +202,7 @@ private:
     static void SnapToRules(Panel & panel)
     {
         // Snapping adds up to two steps.
-        double const most = panel.height / kLeastRuleDistance - 2;
+        double const most = panel.height / k_LeastRuleDistance - 2;
         panel.ruleStep = ChooseDegreeStep(panel.high - panel.low, most);
         panel.low = std::floor(panel.low / panel.ruleStep) * panel.ruleStep;
         panel.high = std::max(std::ceil(panel.high / panel.ruleStep) * panel.ruleStep, panel.low + panel.ruleStep);
@@ -211,46 +211,46 @@ private:
     /// A clip of one frame has its points at the left.
     double FrameDistance() const
     {
-        return kPlotWidth / static_cast<double>(std::max<std::size_t>(m_Clip.frameCount - 1, 1));
+        return k_PlotWidth / static_cast<double>(std::max<std::size_t>(m_Clip.frameCount - 1, 1));
     }
 
     clip::Point PlaceOf(Panel const & panel, std::size_t frame, int axis) const
     {
         double const height = (panel.angles[frame].Get(axis) - panel.low) / (panel.high - panel.low);
-        return {kPlotLeft + static_cast<double>(frame) * FrameDistance(), panel.top + (1 - height) * panel.height};
+        return {k_PlotLeft + static_cast<double>(frame) * FrameDistance(), panel.top + (1 - height) * panel.height};
     }
 
     void DrawHeader(clip::Drawing & drawing, std::string const & title) const
     {
         std::string const order(clip::JointRotation(Joint()).Order().name);
-        drawing.Text({kMargin, 46}, title, {26, std::string(kInk), clip::Anchor::Start, true});
-        drawing.Text({kPageWidth - kMargin, 46},
+        drawing.Text({k_Margin, 46}, title, {26, std::string(k_Ink), clip::Anchor::Start, true});
+        drawing.Text({k_PageWidth - k_Margin, 46},
                      "order " + order + ", " + std::to_string(m_Clip.frameCount) + " frames, " +
                          clip::FixedText(m_Clip.Length(), 2) + " s",
-                     {15, std::string(kQuietInk), clip::Anchor::End});
-        double x = kMargin;
-        for (std::size_t axis = 0; axis < kAxisNames.size(); ++axis)
+                     {15, std::string(k_QuietInk), clip::Anchor::End});
+        double x = k_Margin;
+        for (std::size_t axis = 0; axis < k_AxisNames.size(); ++axis)
         {
-            drawing.Line({x + 3, 78}, {x + 28, 78}, {std::string(kAxisColors[axis]), 4});
-            drawing.Text({x + 37, 83}, "about " + std::string(kAxisNames[axis]), {14, std::string(kInk)});
+            drawing.Line({x + 3, 78}, {x + 28, 78}, {std::string(k_AxisColors[axis]), 4});
+            drawing.Text({x + 37, 83}, "about " + std::string(k_AxisNames[axis]), {14, std::string(k_Ink)});
             x += 118;
         }
-        DrawBandSample(drawing, x, kHalfTurnOpacity, "jump over half a turn");
-        DrawBandSample(drawing, x + 208, kQuarterTurnOpacity, "over a quarter turn");
+        DrawBandSample(drawing, x, k_HalfTurnOpacity, "jump over half a turn");
+        DrawBandSample(drawing, x + 208, k_QuarterTurnOpacity, "over a quarter turn");
     }
 
     static void DrawBandSample(clip::Drawing & drawing, double x, double opacity, std::string_view label)
     {
-        drawing.Rectangle({x + 4, 66}, 20, 22, {std::string(kBandColor), opacity});
-        drawing.Text({x + 33, 83}, label, {14, std::string(kInk)});
+        drawing.Rectangle({x + 4, 66}, 20, 22, {std::string(k_BandColor), opacity});
+        drawing.Text({x + 33, 83}, label, {14, std::string(k_Ink)});
     }
 
     void DrawPanel(clip::Drawing & drawing, Panel const & panel) const
     {
-        drawing.Rectangle({kMargin, panel.top - kPanelHead}, kPageWidth - 2 * kMargin,
-                          panel.height + kPanelHead + kPanelFoot, {std::string(kPanelColor)}, kPanelCorner);
-        drawing.Text({kMargin + 14, panel.top - kPanelHead + 24}, panel.title,
-                     {15, std::string(kInk), clip::Anchor::Start, true});
+        drawing.Rectangle({k_Margin, panel.top - k_PanelHead}, k_PageWidth - 2 * k_Margin,
+                          panel.height + k_PanelHead + k_PanelFoot, {std::string(k_PanelColor)}, k_PanelCorner);
+        drawing.Text({k_Margin + 14, panel.top - k_PanelHead + 24}, panel.title,
+                     {15, std::string(k_Ink), clip::Anchor::Start, true});
         std::vector<Mark> const marks = FindMarks(panel);
         DrawCount(drawing, panel, !marks.empty());
         DrawRules(drawing, panel);
@@ -278,8 +278,8 @@ private:
 
     static std::string CountText(Panel const & panel)
     {
-        std::size_t const halves = CountPanelJumps(panel, kHalfTurn);
-        std::size_t const quarters = CountPanelJumps(panel, kQuarterTurn);
+        std::size_t const halves = CountPanelJumps(panel, k_HalfTurn);
+        std::size_t const quarters = CountPanelJumps(panel, k_QuarterTurn);
         auto const jumps = [](std::size_t count)
         { return std::to_string(count) + (count == 1 ? " jump over " : " jumps over "); };
         if (quarters == 0)
@@ -295,28 +295,28 @@ private:
 
     static void DrawCount(clip::Drawing & drawing, Panel const & panel, bool hasMarks)
     {
-        drawing.Text({kPageWidth - kMargin - 14, panel.top - kPanelHead + 24}, CountText(panel),
-                     {15, std::string(hasMarks ? kBandColor : kQuietInk), clip::Anchor::End, true});
+        drawing.Text({k_PageWidth - k_Margin - 14, panel.top - k_PanelHead + 24}, CountText(panel),
+                     {15, std::string(hasMarks ? k_BandColor : k_QuietInk), clip::Anchor::End, true});
     }
 
     static void DrawRules(clip::Drawing & drawing, Panel const & panel)
     {
-        drawing.Text({kPlotLeft - 12, panel.top - 14}, "degrees", {12, std::string(kQuietInk), clip::Anchor::End});
+        drawing.Text({k_PlotLeft - 12, panel.top - 14}, "degrees", {12, std::string(k_QuietInk), clip::Anchor::End});
         auto const count = std::lround((panel.high - panel.low) / panel.ruleStep);
         for (long i = 0; i <= count; ++i)
         {
             double const angle = panel.low + static_cast<double>(i) * panel.ruleStep;
             double const y = panel.top + panel.height * (1 - static_cast<double>(i) / static_cast<double>(count));
             bool const isZero = std::abs(angle) < panel.ruleStep / 2;
-            drawing.Line({kPlotLeft, y}, {kPlotRight, y}, {std::string(isZero ? kRuleColor : kGridColor), 1.2});
-            drawing.Text({kPlotLeft - 12, y + 4.5}, DegreesText(angle), {13, std::string(kInk), clip::Anchor::End});
+            drawing.Line({k_PlotLeft, y}, {k_PlotRight, y}, {std::string(isZero ? k_RuleColor : k_GridColor), 1.2});
+            drawing.Text({k_PlotLeft - 12, y + 4.5}, DegreesText(angle), {13, std::string(k_Ink), clip::Anchor::End});
         }
     }
 
     void DrawTimes(clip::Drawing & drawing, Panel const & panel) const
     {
         double const bottom = panel.top + panel.height;
-        double const most = std::floor(kPlotWidth / kLeastTimeDistance);
+        double const most = std::floor(k_PlotWidth / k_LeastTimeDistance);
         double const length = static_cast<double>(m_Clip.frameCount - 1) * m_Clip.frameTime;
         double const step = ChooseDecimalStep(length, most);
         // Nothing but the start where the clip has no length, or one that underflows.
@@ -326,13 +326,13 @@ private:
         for (int i = 0; i <= count; ++i)
         {
             double const time = i * step;
-            double const x = kPlotLeft + (hasLength ? time / length * kPlotWidth : 0);
-            drawing.Line({x, panel.top}, {x, bottom + 5}, {std::string(kGridColor), 1.2});
+            double const x = k_PlotLeft + (hasLength ? time / length * k_PlotWidth : 0);
+            drawing.Line({x, panel.top}, {x, bottom + 5}, {std::string(k_GridColor), 1.2});
             drawing.Text({x, bottom + 22}, clip::RoundedText(time, decimals),
-                         {13, std::string(kInk), clip::Anchor::Middle});
+                         {13, std::string(k_Ink), clip::Anchor::Middle});
         }
-        drawing.Text({(kPlotLeft + kPlotRight) / 2, bottom + 41}, "seconds",
-                     {12, std::string(kQuietInk), clip::Anchor::Middle});
+        drawing.Text({(k_PlotLeft + k_PlotRight) / 2, bottom + 41}, "seconds",
+                     {12, std::string(k_QuietInk), clip::Anchor::Middle});
     }
 
     std::vector<Mark> FindMarks(Panel const & panel) const
@@ -346,8 +346,8 @@ private:
             double const largest = *std::max_element(steps.begin(), steps.end(),
                                                      [](double a, double b) { return std::abs(a) < std::abs(b); });
             bool const hasRoom = marks.empty() || static_cast<double>(frame - marks.back().frame) * FrameDistance() >=
-                                                      kLeastMarkDistance;
-            if (hasRoom && IsJump(0, largest, kQuarterTurn))
+                                                      k_LeastMarkDistance;
+            if (hasRoom && IsJump(0, largest, k_QuarterTurn))
             {
                 marks.push_back({frame, largest});
             }
@@ -357,17 +357,18 @@ private:
 
     void DrawBands(clip::Drawing & drawing, Panel const & panel, std::vector<Mark> const & marks) const
     {
-        double const width = std::max(FrameDistance(), kLeastBandWidth);
-        double labelEnd = -kLeastLabelDistance;
+        double const width = std::max(FrameDistance(), k_LeastBandWidth);
+        double labelEnd = -k_LeastLabelDistance;
         for (Mark const & mark : marks)
         {
-            double const x = kPlotLeft + (static_cast<double>(mark.frame) - 0.5) * FrameDistance();
-            drawing.Rectangle({x - width / 2, panel.top}, width, panel.height,
-                              {std::string(kBandColor), IsOverHalfTurn(mark) ? kHalfTurnOpacity : kQuarterTurnOpacity});
-            if (x - labelEnd >= kLeastLabelDistance)
+            double const x = k_PlotLeft + (static_cast<double>(mark.frame) - 0.5) * FrameDistance();
+            drawing.Rectangle(
+                {x - width / 2, panel.top}, width, panel.height,
+                {std::string(k_BandColor), IsOverHalfTurn(mark) ? k_HalfTurnOpacity : k_QuarterTurnOpacity});
+            if (x - labelEnd >= k_LeastLabelDistance)
             {
                 drawing.Text({x, panel.top - 7}, std::string(mark.largest > 0 ? "+" : "") + DegreesText(mark.largest),
-                             {13, std::string(kBandColor), clip::Anchor::Middle, true});
+                             {13, std::string(k_BandColor), clip::Anchor::Middle, true});
                 labelEnd = x;
             }
         }
@@ -376,7 +377,7 @@ private:
     /// In pieces from mark to mark, with dashes across those at which this angle jumps.
     void DrawCurve(clip::Drawing & drawing, Panel const & panel, int axis, std::vector<Mark> const & marks) const
     {
-        std::string const color(kAxisColors[static_cast<std::size_t>(axis)]);
+        std::string const color(k_AxisColors[static_cast<std::size_t>(axis)]);
         auto mark = marks.begin();
         std::vector<clip::Point> piece;
         for (std::size_t frame = 0; frame < panel.angles.size(); ++frame)
@@ -384,7 +385,7 @@ private:
             clip::Point const place = PlaceOf(panel, frame, axis);
             bool const isMarked = mark != marks.end() && mark->frame == frame;
             mark += isMarked ? 1 : 0;
-            if (isMarked && IsJump(panel.angles[frame - 1].Get(axis), panel.angles[frame].Get(axis), kQuarterTurn))
+            if (isMarked && IsJump(panel.angles[frame - 1].Get(axis), panel.angles[frame].Get(axis), k_QuarterTurn))
             {
                 drawing.Polyline(ThinOut(piece), {color, 2.6});
                 drawing.Line(piece.back(), place, {color, 1.4, 0.8, "2 5"});
@@ -400,7 +401,7 @@ private:
     static void DrawRing(clip::Drawing & drawing, clip::Point center, std::string const & color)
     {
         drawing.Circle(center, 4.6, {color});
-        drawing.Circle(center, 2.3, {std::string(kPanelColor)});
+        drawing.Circle(center, 2.3, {std::string(k_PanelColor)});
     }
 
     /// The name and last value of each curve behind its end, one below the other.
@@ -417,18 +418,18 @@ private:
         {
             clip::Point const end = PlaceOf(panel, last, axis);
             labels[static_cast<std::size_t>(axis)] = {axis, end.y};
-            drawing.Circle(end, 3.2, {std::string(kAxisColors[static_cast<std::size_t>(axis)])});
+            drawing.Circle(end, 3.2, {std::string(k_AxisColors[static_cast<std::size_t>(axis)])});
         }
         std::stable_sort(labels.begin(), labels.end(), [](Label const & a, Label const & b) { return a.y < b.y; });
-        labels[1].y = std::max(labels[1].y, labels[0].y + kLineHeight);
-        labels[2].y = std::max(labels[2].y, labels[1].y + kLineHeight);
+        labels[1].y = std::max(labels[1].y, labels[0].y + k_LineHeight);
+        labels[2].y = std::max(labels[2].y, labels[1].y + k_LineHeight);
         double const excess = std::max(labels[2].y - (panel.top + panel.height), 0.0);
         for (Label const & label : labels)
         {
             auto const axis = static_cast<std::size_t>(label.axis);
-            drawing.Text({kPlotRight + 12, label.y - excess + 5},
-                         std::string(kAxisNames[axis]) + " " + DegreesText(panel.angles[last].Get(label.axis)),
-                         {15, std::string(kAxisColors[axis]), clip::Anchor::Start, true});
+            drawing.Text({k_PlotRight + 12, label.y - excess + 5},
+                         std::string(k_AxisNames[axis]) + " " + DegreesText(panel.angles[last].Get(label.axis)),
+                         {15, std::string(k_AxisColors[axis]), clip::Anchor::Start, true});
         }
     }
 

@@ -7,7 +7,7 @@
 namespace bake
 {
 
-std::string_view const kUsage = R"(Usage: bake [--out DIR] [--order ABC] CLIP.bvh
+std::string_view const k_Usage = R"(Usage: bake [--out DIR] [--order ABC] CLIP.bvh
 
 Reads a motion-capture clip and computes where each joint is in world space,
 frame by frame. With an order, writes the same motion with the rotations of
@@ -43,9 +43,9 @@ namespace
 
 clip::ChannelOrder FindOrder(std::string_view name)
 {
-    auto const * const found = std::find_if(clip::kChannelOrders.begin(), clip::kChannelOrders.end(),
+    auto const * const found = std::find_if(clip::k_ChannelOrders.begin(), clip::k_ChannelOrders.end(),
                                             [name](clip::ChannelOrder const & order) { return order.name == name; });
-    if (found == clip::kChannelOrders.end())
+    if (found == clip::k_ChannelOrders.end())
     {
         throw UsageError("unknown order \"" + std::string(name) + "\": it is one of XYZ, XZY, YXZ, YZX, ZXY and ZYX");
     }

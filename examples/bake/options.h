@@ -28,7 +28,7 @@ public:
 };
 
 /// What `--help` prints.
-extern std::string_view const kUsage;
+extern std::string_view const k_Usage;
 
 /// Reads the arguments behind the program's name. `--out DIR` and `--out=DIR` are the same, likewise `--order`, and
 /// what follows `--` is no option.

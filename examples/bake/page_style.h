@@ -7,15 +7,15 @@
 namespace bake
 {
 
-inline constexpr double kPageWidth = 1280;
-inline constexpr double kMargin = 32;
-inline constexpr double kPanelGap = 18;
-inline constexpr double kPanelCorner = 8;
+inline constexpr double k_PageWidth = 1280;
+inline constexpr double k_Margin = 32;
+inline constexpr double k_PanelGap = 18;
+inline constexpr double k_PanelCorner = 8;
 
-inline constexpr std::string_view kPaper = "#f4f2ee";
-inline constexpr std::string_view kPanelColor = "#ffffff";
-inline constexpr std::string_view kRuleColor = "#b7b1a6";
-inline constexpr std::string_view kInk = "#23272f";
-inline constexpr std::string_view kQuietInk = "#737882";
+inline constexpr std::string_view k_Paper = "#f4f2ee";
+inline constexpr std::string_view k_PanelColor = "#ffffff";
+inline constexpr std::string_view k_RuleColor = "#b7b1a6";
+inline constexpr std::string_view k_Ink = "#23272f";
+inline constexpr std::string_view k_QuietInk = "#737882";
 
 } // namespace bake

@@ -14,14 +14,14 @@ namespace
 using Matrix = C3DRotMatTpl<double>;
 using Vector = C3DVector3Tpl<double>;
 
-constexpr double kMostMiss = 1e-10;
-constexpr double kSineNearPole = 0.999; ///< of the middle angle: digits are lost beyond this
+constexpr double k_MostMiss = 1e-10;
+constexpr double k_SineNearPole = 0.999; ///< of the middle angle: digits are lost beyond this
 
 /// By at most half a turn from `near`.
 double AddWholeTurns(double angle, double near)
 {
-    constexpr double kWholeTurn = 2 * std::numbers::pi;
-    return angle + std::round((near - angle) / kWholeTurn) * kWholeTurn;
+    constexpr double k_WholeTurn = 2 * std::numbers::pi;
+    return angle + std::round((near - angle) / k_WholeTurn) * k_WholeTurn;
 }
 
 } // namespace
@@ -32,13 +32,13 @@ bool RepairAtPole(Matrix const & matrix, clip::ChannelOrder const & order, Vecto
     int const first = order.name[2] - 'X';
     int const middle = order.name[1] - 'X';
     int const last = order.name[0] - 'X';
-    if (std::abs(matrix.Get(first, last)) < kSineNearPole)
+    if (std::abs(matrix.Get(first, last)) < k_SineNearPole)
     {
         return false;
     }
     Matrix meant;
     F3DEulerToMat(angles, meant, order.order);
-    if (AreAlmostEqual(meant, matrix, kMostMiss) != 0)
+    if (AreAlmostEqual(meant, matrix, k_MostMiss) != 0)
     {
         return false;
     }

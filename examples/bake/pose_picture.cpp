@@ -21,21 +21,21 @@ namespace
 using Vector = C3DVector3Tpl<double>;
 using Positions = std::span<Vector const>;
 
-constexpr std::size_t kMostPoses = 6;
-constexpr std::size_t kMostPathPoints = 240; ///< of one end in one column: more cannot be told apart
-constexpr std::size_t kMostNameBytes = 24;   ///< in the legend
+constexpr std::size_t k_MostPoses = 6;
+constexpr std::size_t k_MostPathPoints = 240; ///< of one end in one column: more cannot be told apart
+constexpr std::size_t k_MostNameBytes = 24;   ///< in the legend
 
-constexpr double kHeaderHeight = 108;
-constexpr double kPanelPadding = 34; ///< above the figures
-constexpr double kPanelFoot = 52;    ///< below the ground, for the labels of time
-constexpr double kMostFigureHeight = 300;
-constexpr double kColumnShare = 0.97; ///< of a column's width, for figure and paths
+constexpr double k_HeaderHeight = 108;
+constexpr double k_PanelPadding = 34; ///< above the figures
+constexpr double k_PanelFoot = 52;    ///< below the ground, for the labels of time
+constexpr double k_MostFigureHeight = 300;
+constexpr double k_ColumnShare = 0.97; ///< of a column's width, for figure and paths
 
-constexpr std::string_view kTrunkColor = "#4a4f5a";
+constexpr std::string_view k_TrunkColor = "#4a4f5a";
 
 /// Told apart by most colour-blind readers, after Okabe and Ito, a little darker to stand on white.
-constexpr std::array<std::string_view, 7> kLimbColors = {"#0072b2", "#d55e00", "#8a6d00", "#009e73",
-                                                         "#b0488a", "#56a0d3", "#c79200"};
+constexpr std::array<std::string_view, 7> k_LimbColors = {"#0072b2", "#d55e00", "#8a6d00", "#009e73",
+                                                          "#b0488a", "#56a0d3", "#c79200"};
 
 /// A direction to look in, level with the ground.
 struct View
@@ -45,7 +45,7 @@ struct View
     double (*nearness)(Vector const &);
 };
 
-constexpr std::array<View, 2> kViews = {
+constexpr std::array<View, 2> k_Views = {
     View{"From the front", [](Vector const & p) { return p.X; }, [](Vector const & p) { return p.Z; }},
     View{"From the side", [](Vector const & p) { return p.Z; }, [](Vector const & p) { return -p.X; }}};
 
@@ -59,7 +59,7 @@ struct Piece
 
 std::vector<Piece> CutIntoPieces(std::size_t frameCount)
 {
-    std::size_t const count = std::min(frameCount, kMostPoses);
+    std::size_t const count = std::min(frameCount, k_MostPoses);
     std::vector<Piece> pieces;
     for (std::size_t i = 0; i < count; ++i)
     {
@@ -74,7 +74,7 @@ std::vector<Piece> CutIntoPieces(std::size_t frameCount)
 /// The frames through which a path is drawn: all of a short piece, evenly chosen ones of a long one.
 std::vector<std::size_t> PathFrames(Piece const & piece)
 {
-    std::size_t const steps = std::min(piece.last - piece.first, kMostPathPoints - 1);
+    std::size_t const steps = std::min(piece.last - piece.first, k_MostPathPoints - 1);
     std::vector<std::size_t> frames;
     for (std::size_t i = 0; i <= steps; ++i)
     {
@@ -110,16 +110,16 @@ public:
     clip::Drawing Draw(std::string const & name) const
     {
         double const figureHeight = (m_Bounds.largest.Y - m_Bounds.smallest.Y) * m_Scale;
-        double const panelHeight = kPanelPadding + figureHeight + kPanelFoot;
-        double const pageHeight = kHeaderHeight + 2 * panelHeight + kPanelGap + kMargin;
-        clip::Drawing drawing(kPageWidth, pageHeight, name + ": poses from the front and from the side");
-        drawing.Rectangle({0, 0}, kPageWidth, pageHeight, {std::string(kPaper)});
+        double const panelHeight = k_PanelPadding + figureHeight + k_PanelFoot;
+        double const pageHeight = k_HeaderHeight + 2 * panelHeight + k_PanelGap + k_Margin;
+        clip::Drawing drawing(k_PageWidth, pageHeight, name + ": poses from the front and from the side");
+        drawing.Rectangle({0, 0}, k_PageWidth, pageHeight, {std::string(k_Paper)});
         DrawHeader(drawing, name);
-        double top = kHeaderHeight;
-        for (View const & view : kViews)
+        double top = k_HeaderHeight;
+        for (View const & view : k_Views)
         {
             DrawPanel(drawing, view, top, panelHeight);
-            top += panelHeight + kPanelGap;
+            top += panelHeight + k_PanelGap;
         }
         return drawing;
     }
@@ -133,7 +133,7 @@ private:
         std::vector<int> childCount(joints.size(), 0);
         for (clip::Joint const & joint : joints)
         {
-            if (joint.parent != clip::kNoParent)
+            if (joint.parent != clip::k_NoParent)
             {
                 ++childCount[static_cast<std::size_t>(joint.parent)];
             }
@@ -142,9 +142,9 @@ private:
         for (std::size_t i = 0; i < m_Ends.size(); ++i)
         {
             int joint = m_Ends[i];
-            while (joint != clip::kNoParent && childCount[static_cast<std::size_t>(joint)] <= 1)
+            while (joint != clip::k_NoParent && childCount[static_cast<std::size_t>(joint)] <= 1)
             {
-                colors[static_cast<std::size_t>(joint)] = kLimbColors[i % kLimbColors.size()];
+                colors[static_cast<std::size_t>(joint)] = k_LimbColors[i % k_LimbColors.size()];
                 joint = joints[static_cast<std::size_t>(joint)].parent;
             }
         }
@@ -153,7 +153,7 @@ private:
 
     std::string ColorOf(std::size_t joint) const
     {
-        return std::string(m_Colors[joint].empty() ? kTrunkColor : m_Colors[joint]);
+        return std::string(m_Colors[joint].empty() ? k_TrunkColor : m_Colors[joint]);
     }
 
     /// An end's limb is known by its last joint's name, not by that of the end site.
@@ -163,9 +163,9 @@ private:
         return joint.isEndSite ? m_Clip.skeleton.joints[static_cast<std::size_t>(joint.parent)].name : joint.name;
     }
 
-    std::string LegendName(int end) const { return clip::ShortenText(NameOfEnd(end), kMostNameBytes); }
+    std::string LegendName(int end) const { return clip::ShortenText(NameOfEnd(end), k_MostNameBytes); }
 
-    double ColumnWidth() const { return (kPageWidth - 2 * kMargin) / static_cast<double>(m_Pieces.size()); }
+    double ColumnWidth() const { return (k_PageWidth - 2 * k_Margin) / static_cast<double>(m_Pieces.size()); }
 
     double RootAcross(View const & view, Piece const & piece) const
     {
@@ -195,7 +195,7 @@ private:
     void ChooseScale()
     {
         double widest = 0;
-        for (View const & view : kViews)
+        for (View const & view : k_Views)
         {
             for (Piece const & piece : m_Pieces)
             {
@@ -206,62 +206,63 @@ private:
         double scale = std::numeric_limits<double>::infinity();
         if (widest > 0)
         {
-            scale = std::min(scale, kColumnShare * ColumnWidth() / widest);
+            scale = std::min(scale, k_ColumnShare * ColumnWidth() / widest);
         }
         if (tallest > 0)
         {
-            scale = std::min(scale, kMostFigureHeight / tallest);
+            scale = std::min(scale, k_MostFigureHeight / tallest);
         }
         m_Scale = scale < std::numeric_limits<double>::infinity() ? scale : 1;
     }
 
     void DrawHeader(clip::Drawing & drawing, std::string const & name) const
     {
-        drawing.Text({kMargin, 46}, name, {26, std::string(kInk), clip::Anchor::Start, true});
-        drawing.Text({kPageWidth - kMargin, 46},
+        drawing.Text({k_Margin, 46}, name, {26, std::string(k_Ink), clip::Anchor::Start, true});
+        drawing.Text({k_PageWidth - k_Margin, 46},
                      std::to_string(clip::CountJoints(m_Clip.skeleton)) + " joints, " +
                          std::to_string(m_Clip.frameCount) + " frames, " + clip::FixedText(m_Clip.Length(), 2) + " s",
-                     {15, std::string(kQuietInk), clip::Anchor::End});
+                     {15, std::string(k_QuietInk), clip::Anchor::End});
         DrawLegend(drawing);
     }
 
     /// As many ends as one line holds, in columns of one width.
     void DrawLegend(clip::Drawing & drawing) const
     {
-        constexpr double kSample = 22;
-        constexpr double kGap = 9;
-        constexpr double kCharacterWidth = 7.7; // of the legend's type, on average and generously
+        constexpr double k_Sample = 22;
+        constexpr double k_Gap = 9;
+        constexpr double k_CharacterWidth = 7.7; // of the legend's type, on average and generously
         std::size_t longest = 0;
         for (int const end : m_Ends)
         {
             longest = std::max(longest, LegendName(end).size());
         }
-        double const width = kSample + 3 * kGap + kCharacterWidth * static_cast<double>(longest);
-        auto const fitting = static_cast<std::size_t>((kPageWidth - 2 * kMargin) / width);
+        double const width = k_Sample + 3 * k_Gap + k_CharacterWidth * static_cast<double>(longest);
+        auto const fitting = static_cast<std::size_t>((k_PageWidth - 2 * k_Margin) / width);
         std::size_t const shown = m_Ends.size() <= fitting ? m_Ends.size() : fitting - 1;
-        double x = kMargin;
+        double x = k_Margin;
         for (int const end : std::span(m_Ends).first(shown))
         {
-            drawing.Line({x + 3, 78}, {x + kSample, 78}, {ColorOf(static_cast<std::size_t>(end)), 5});
-            drawing.Text({x + kSample + kGap, 83}, LegendName(end), {14, std::string(kInk)});
+            drawing.Line({x + 3, 78}, {x + k_Sample, 78}, {ColorOf(static_cast<std::size_t>(end)), 5});
+            drawing.Text({x + k_Sample + k_Gap, 83}, LegendName(end), {14, std::string(k_Ink)});
             x += width;
         }
         if (shown < m_Ends.size())
         {
             drawing.Text({x, 83}, "and " + std::to_string(m_Ends.size() - shown) + " more",
-                         {14, std::string(kQuietInk)});
+                         {14, std::string(k_QuietInk)});
         }
     }
 
     void DrawPanel(clip::Drawing & drawing, View const & view, double top, double height) const
     {
-        double const ground = top + height - kPanelFoot;
-        drawing.Rectangle({kMargin, top}, kPageWidth - 2 * kMargin, height, {std::string(kPanelColor)}, kPanelCorner);
-        drawing.Text({kMargin + 14, top + 23}, view.label, {14, std::string(kQuietInk), clip::Anchor::Start, true});
-        drawing.Line({kMargin + 14, ground}, {kPageWidth - kMargin - 14, ground}, {std::string(kRuleColor), 1.5});
+        double const ground = top + height - k_PanelFoot;
+        drawing.Rectangle({k_Margin, top}, k_PageWidth - 2 * k_Margin, height, {std::string(k_PanelColor)},
+                          k_PanelCorner);
+        drawing.Text({k_Margin + 14, top + 23}, view.label, {14, std::string(k_QuietInk), clip::Anchor::Start, true});
+        drawing.Line({k_Margin + 14, ground}, {k_PageWidth - k_Margin - 14, ground}, {std::string(k_RuleColor), 1.5});
         for (std::size_t i = 0; i < m_Pieces.size(); ++i)
         {
-            double const center = kMargin + (static_cast<double>(i) + 0.5) * ColumnWidth();
+            double const center = k_Margin + (static_cast<double>(i) + 0.5) * ColumnWidth();
             DrawColumn(drawing, view, m_Pieces[i], {center, ground});
             DrawTime(drawing, m_Pieces[i].pose, {center, ground});
         }
@@ -270,9 +271,9 @@ private:
     void DrawTime(clip::Drawing & drawing, std::size_t frame, clip::Point foot) const
     {
         drawing.Text({foot.x, foot.y + 22}, clip::FixedText(static_cast<double>(frame) * m_Clip.frameTime, 2) + " s",
-                     {14, std::string(kInk), clip::Anchor::Middle});
+                     {14, std::string(k_Ink), clip::Anchor::Middle});
         drawing.Text({foot.x, foot.y + 39}, "frame " + std::to_string(frame),
-                     {12, std::string(kQuietInk), clip::Anchor::Middle});
+                     {12, std::string(k_QuietInk), clip::Anchor::Middle});
     }
 
     /// \param foot the middle of the column, on the ground
@@ -312,7 +313,7 @@ private:
         std::vector<std::pair<double, std::size_t>> bones;
         for (std::size_t i = 0; i < joints.size(); ++i)
         {
-            if (joints[i].parent != clip::kNoParent)
+            if (joints[i].parent != clip::k_NoParent)
             {
                 auto const parent = static_cast<std::size_t>(joints[i].parent);
                 bones.emplace_back(view.nearness(pose[i]) + view.nearness(pose[parent]), i);
@@ -324,7 +325,7 @@ private:
         {
             clip::Point const from = toPage(pose[static_cast<std::size_t>(joints[joint].parent)]);
             clip::Point const to = toPage(pose[joint]);
-            drawing.Line(from, to, {std::string(kPanelColor), 1.4 * width});
+            drawing.Line(from, to, {std::string(k_PanelColor), 1.4 * width});
             drawing.Line(from, to, {ColorOf(joint), width});
         }
         for (int const end : m_Ends)

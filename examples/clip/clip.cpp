@@ -25,7 +25,7 @@ std::vector<int> FindEnds(Skeleton const & skeleton)
     std::vector<bool> hasChild(skeleton.joints.size(), false);
     for (Joint const & joint : skeleton.joints)
     {
-        if (joint.parent != kNoParent)
+        if (joint.parent != k_NoParent)
         {
             hasChild[static_cast<std::size_t>(joint.parent)] = true;
         }

@@ -24,11 +24,11 @@ enum class Channel : unsigned char
     ZRotation
 };
 
-inline constexpr std::size_t kChannelKinds = 6;
+inline constexpr std::size_t k_ChannelKinds = 6;
 
 /// The channels' names in a file, indexed by `Channel`.
-inline constexpr std::array<std::string_view, kChannelKinds> kChannelNames = {"Xposition", "Yposition", "Zposition",
-                                                                              "Xrotation", "Yrotation", "Zrotation"};
+inline constexpr std::array<std::string_view, k_ChannelKinds> k_ChannelNames = {"Xposition", "Yposition", "Zposition",
+                                                                                "Xrotation", "Yrotation", "Zrotation"};
 
 constexpr bool IsRotation(Channel channel)
 {
@@ -41,13 +41,13 @@ constexpr int AxisOf(Channel channel)
     return static_cast<int>(channel) % 3;
 }
 
-inline constexpr int kNoParent = -1;
+inline constexpr int k_NoParent = -1;
 
 /// A joint, or the end site of a chain: a position with no channels of its own, such as a fingertip.
 struct Joint
 {
     std::string name;                      ///< an end site is named after its parent, with "_end" behind
-    int parent = kNoParent;                ///< index of the parent, always below the joint's own
+    int parent = k_NoParent;               ///< index of the parent, always below the joint's own
     C3DVector3Tpl<double> offset{0, 0, 0}; ///< from the parent's origin, in the parent's frame
     std::vector<Channel> channels;         ///< in file order, without repetition
     std::size_t firstChannel = 0;          ///< place of the first of them in a frame

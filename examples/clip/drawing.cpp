@@ -49,7 +49,7 @@ std::string FillAttributes(Fill const & fill)
 }
 
 /// Indexed by `Anchor`.
-constexpr std::array<std::string_view, 3> kAnchorNames = {"start", "middle", "end"};
+constexpr std::array<std::string_view, 3> k_AnchorNames = {"start", "middle", "end"};
 
 /// The length in bytes of the UTF-8 character at the start of the text, or 0 where there is none: a byte out of place,
 /// a longer form than needed, a surrogate or a value beyond U+10FFFF.
@@ -182,7 +182,7 @@ void Drawing::Text(Point place, std::string_view text, TextStyle const & style)
               Attribute("font-size", Number(style.size)) + Attribute("fill", style.color) +
               (style.anchor == Anchor::Start
                    ? ""
-                   : Attribute("text-anchor", kAnchorNames[static_cast<std::size_t>(style.anchor)])) +
+                   : Attribute("text-anchor", k_AnchorNames[static_cast<std::size_t>(style.anchor)])) +
               (style.isBold ? Attribute("font-weight", "bold") : "") + ">" + EscapeXml(text) + "</text>\n";
 }
 

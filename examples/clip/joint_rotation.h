@@ -22,12 +22,12 @@ struct ChannelOrder
     tagE3DROTORDER order;
 };
 
-inline constexpr std::array<ChannelOrder, 6> kChannelOrders = {{{"XYZ", E3DROTORDER_ZYX},
-                                                                {"XZY", E3DROTORDER_YZX},
-                                                                {"YXZ", E3DROTORDER_ZXY},
-                                                                {"YZX", E3DROTORDER_XZY},
-                                                                {"ZXY", E3DROTORDER_YXZ},
-                                                                {"ZYX", E3DROTORDER_XYZ}}};
+inline constexpr std::array<ChannelOrder, 6> k_ChannelOrders = {{{"XYZ", E3DROTORDER_ZYX},
+                                                                 {"XZY", E3DROTORDER_YZX},
+                                                                 {"YXZ", E3DROTORDER_ZXY},
+                                                                 {"YZX", E3DROTORDER_XZY},
+                                                                 {"ZXY", E3DROTORDER_YXZ},
+                                                                 {"ZYX", E3DROTORDER_XYZ}}};
 
 /// The rotation channels of a joint, found once and read frame after frame. A rotation that the joint lacks is one by
 /// 0: it stands behind the others in the order, where it makes no difference.
@@ -48,9 +48,9 @@ public:
     void ComputeMatrix(std::span<double const> frame, C3DRotMatTpl<double> & matrix) const;
 
 private:
-    static constexpr std::size_t kNoPlace = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t k_NoPlace = std::numeric_limits<std::size_t>::max();
 
-    std::array<std::size_t, 3> m_Places = {kNoPlace, kNoPlace, kNoPlace}; ///< in a frame, by axis
+    std::array<std::size_t, 3> m_Places = {k_NoPlace, k_NoPlace, k_NoPlace}; ///< in a frame, by axis
     ChannelOrder const * m_Order;
 };
 

@@ -62,10 +62,10 @@ std::string RoughText(double value, int digits)
 
 std::string FixedText(double value, int decimals)
 {
-    constexpr double kLimit = 1e15;
+    constexpr double k_Limit = 1e15;
     std::array<char, 48> buffer;
     auto const result = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                      std::abs(value) <= kLimit ? value : 0, std::chars_format::fixed, decimals);
+                                      std::abs(value) <= k_Limit ? value : 0, std::chars_format::fixed, decimals);
     std::string text(buffer.data(), result.ptr);
     bool const isNegativeZero = text.starts_with('-') && text.find_first_not_of("-0.") == std::string::npos;
     return isNegativeZero ? text.substr(1) : text;

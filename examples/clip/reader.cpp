@@ -41,14 +41,14 @@ bool EqualWords(std::string_view a, std::string_view b)
 /// A word as a message shows it: quoted, and cut where it is long.
 std::string Quoted(std::string_view word)
 {
-    constexpr std::size_t kMostShown = 40;
+    constexpr std::size_t k_MostShown = 40;
     if (word.empty())
     {
         return "the end of the file";
     }
     std::string text = "\"";
-    text += word.substr(0, kMostShown);
-    return text + (word.size() > kMostShown ? "...\"" : "\"");
+    text += word.substr(0, k_MostShown);
+    return text + (word.size() > k_MostShown ? "...\"" : "\"");
 }
 
 /// Parts a text into words and braces, and counts lines.
@@ -100,7 +100,7 @@ public:
         return found;
     }
 
-    /// A length, an angle or a time: finite and not beyond `kLargestNumber`.
+    /// A length, an angle or a time: finite and not beyond `k_LargestNumber`.
     double ToNumber(std::string_view word) const
     {
         std::optional<double> const number = ParseNumber(word);
@@ -108,7 +108,7 @@ public:
         {
             Fail("expected a number, found " + Quoted(word));
         }
-        if (!(std::abs(*number) <= kLargestNumber))
+        if (!(std::abs(*number) <= k_LargestNumber))
         {
             Fail("the number " + Quoted(word) + " is out of range");
         }
@@ -250,9 +250,9 @@ private:
             m_Words.Fail("expected a joint's name, found " + Quoted(name));
         }
         // End sites repeat their parent's name, so that a long one would multiply.
-        if (name.size() > kLongestName)
+        if (name.size() > k_LongestName)
         {
-            m_Words.Fail("the joint's name " + Quoted(name) + " is longer than " + std::to_string(kLongestName) +
+            m_Words.Fail("the joint's name " + Quoted(name) + " is longer than " + std::to_string(k_LongestName) +
                          " bytes");
         }
         m_Words.Expect("{", " after the joint's name");
@@ -315,7 +315,7 @@ private:
         }
         std::string_view const word = m_Words.Next();
         std::optional<unsigned long long> const count = ParseCount(word);
-        if (!count || *count > kChannelKinds)
+        if (!count || *count > k_ChannelKinds)
         {
             m_Words.Fail("expected a number of channels from 0 to 6, found " + Quoted(word));
         }
@@ -329,13 +329,13 @@ private:
     Channel ReadChannel()
     {
         std::string_view const word = m_Words.Next();
-        auto const * const name = std::find_if(kChannelNames.begin(), kChannelNames.end(),
+        auto const * const name = std::find_if(k_ChannelNames.begin(), k_ChannelNames.end(),
                                                [word](std::string_view known) { return EqualWords(known, word); });
-        if (name == kChannelNames.end())
+        if (name == k_ChannelNames.end())
         {
             m_Words.Fail("expected a channel such as \"Xrotation\", found " + Quoted(word));
         }
-        auto const channel = static_cast<Channel>(name - kChannelNames.begin());
+        auto const channel = static_cast<Channel>(name - k_ChannelNames.begin());
         std::vector<Channel> const & earlier = Current().channels;
         if (std::find(earlier.begin(), earlier.end(), channel) != earlier.end())
         {

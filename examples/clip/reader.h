@@ -26,10 +26,10 @@ private:
 
 /// The largest size of a number in a clip. Far above any length or angle, and low enough that no sum or product over a
 /// skeleton overflows: a clip that was read gives finite positions.
-inline constexpr double kLargestNumber = 1e12;
+inline constexpr double k_LargestNumber = 1e12;
 
 /// The longest name of a joint, in bytes.
-inline constexpr std::size_t kLongestName = 255;
+inline constexpr std::size_t k_LongestName = 255;
 
 /// Reads a clip in BVH, the Biovision hierarchy: `HIERARCHY`, then one or more `ROOT` with nested `JOINT` and `End
 /// Site`, each with its `OFFSET` and up to six `CHANNELS` in any order; then `MOTION`, `Frames:`, `Frame Time:` and one

@@ -72,7 +72,7 @@ void ComputeWorldMatrices(Skeleton const & skeleton, std::span<double const> fra
     {
         Joint const & joint = skeleton.joints[i];
         Matrix const local = LocalMatrix(joint, frame.subspan(joint.firstChannel, joint.channels.size()));
-        if (joint.parent == kNoParent)
+        if (joint.parent == k_NoParent)
         {
             world[i] = local;
         }
@@ -86,11 +86,11 @@ void ComputeWorldMatrices(Skeleton const & skeleton, std::span<double const> fra
 WorldPositions ComputeWorldPositions(Clip const & clip)
 {
     std::size_t const jointCount = clip.skeleton.joints.size();
-    if (clip.frameCount > kMostPositions / jointCount)
+    if (clip.frameCount > k_MostPositions / jointCount)
     {
         throw std::length_error("the clip has " + std::to_string(clip.frameCount) + " frames of " +
-                                std::to_string(jointCount) + " positions: more than " + std::to_string(kMostPositions) +
-                                " altogether");
+                                std::to_string(jointCount) + " positions: more than " +
+                                std::to_string(k_MostPositions) + " altogether");
     }
     WorldPositions positions(clip.frameCount, jointCount);
     std::vector<Matrix> world(jointCount);

@@ -54,9 +54,9 @@ private:
 
 /// The most positions that `ComputeWorldPositions` sets out to hold, 1.5 gigabytes of them: an hour and a half of a
 /// hundred joints at 120 frames a second. A small file can ask for far more, with many joints and few channels.
-inline constexpr std::size_t kMostPositions = std::size_t(1) << 26;
+inline constexpr std::size_t k_MostPositions = std::size_t(1) << 26;
 
-/// \throws std::length_error where the clip asks for more than `kMostPositions`
+/// \throws std::length_error where the clip asks for more than `k_MostPositions`
 WorldPositions ComputeWorldPositions(Clip const & clip);
 
 /// The smallest box with faces along the axes that holds the points given; of none, an empty one at the origin.

@@ -27,7 +27,7 @@ void WriteJointHead(std::ostream & stream, Joint const & joint, std::size_t dept
     }
     else
     {
-        stream << indent << (joint.parent == kNoParent ? "ROOT " : "JOINT ") << joint.name << '\n';
+        stream << indent << (joint.parent == k_NoParent ? "ROOT " : "JOINT ") << joint.name << '\n';
     }
     stream << indent << "{\n"
            << inner << "OFFSET " << ShortestText(joint.offset.X) << ' ' << ShortestText(joint.offset.Y) << ' '
@@ -37,7 +37,7 @@ void WriteJointHead(std::ostream & stream, Joint const & joint, std::size_t dept
         stream << inner << "CHANNELS " << std::to_string(joint.channels.size());
         for (Channel const channel : joint.channels)
         {
-            stream << ' ' << kChannelNames[static_cast<std::size_t>(channel)];
+            stream << ' ' << k_ChannelNames[static_cast<std::size_t>(channel)];
         }
         stream << '\n';
     }
@@ -61,7 +61,7 @@ void WriteHierarchy(std::ostream & stream, Skeleton const & skeleton)
         WriteJointHead(stream, skeleton.joints[i], open.size());
         open.push_back(static_cast<int>(i));
     }
-    closeDownTo(kNoParent);
+    closeDownTo(k_NoParent);
 }
 
 void WriteMotion(std::ostream & stream, Clip const & clip)

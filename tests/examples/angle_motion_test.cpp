@@ -25,20 +25,20 @@ clip::Clip TwoJoints(std::vector<std::string> const & frames)
 
 TEST(AngleMotion, A_step_of_the_limit_itself_is_no_jump)
 {
-    EXPECT_FALSE(bake::IsJump(0, 180, bake::kHalfTurn));
-    EXPECT_FALSE(bake::IsJump(0, 180.0000000001, bake::kHalfTurn));
-    EXPECT_TRUE(bake::IsJump(0, 180.00000001, bake::kHalfTurn));
-    EXPECT_TRUE(bake::IsJump(100, -80.1, bake::kHalfTurn));
-    EXPECT_FALSE(bake::IsJump(100, -79.9, bake::kHalfTurn));
-    EXPECT_TRUE(bake::IsJump(100, 9, bake::kQuarterTurn));
+    EXPECT_FALSE(bake::IsJump(0, 180, bake::k_HalfTurn));
+    EXPECT_FALSE(bake::IsJump(0, 180.0000000001, bake::k_HalfTurn));
+    EXPECT_TRUE(bake::IsJump(0, 180.00000001, bake::k_HalfTurn));
+    EXPECT_TRUE(bake::IsJump(100, -80.1, bake::k_HalfTurn));
+    EXPECT_FALSE(bake::IsJump(100, -79.9, bake::k_HalfTurn));
+    EXPECT_TRUE(bake::IsJump(100, 9, bake::k_QuarterTurn));
 }
 
 TEST(AngleMotion, Each_angle_that_jumps_counts_and_positions_do_not)
 {
     clip::Clip const motion = TwoJoints({"0 0 0 0 0 0 0 0 0", "900 0 900 181 0 -181 0 100 0", "0 0 0 0 0 0 0 0 0"});
-    EXPECT_EQ(bake::CountJumps(motion, bake::kHalfTurn), 4U);
-    EXPECT_EQ(bake::CountJumps(motion, bake::kQuarterTurn), 6U);
-    EXPECT_EQ(bake::CountJumps(TwoJoints({"0 0 0 999 0 0 0 0 0"}), bake::kHalfTurn), 0U);
+    EXPECT_EQ(bake::CountJumps(motion, bake::k_HalfTurn), 4U);
+    EXPECT_EQ(bake::CountJumps(motion, bake::k_QuarterTurn), 6U);
+    EXPECT_EQ(bake::CountJumps(TwoJoints({"0 0 0 999 0 0 0 0 0"}), bake::k_HalfTurn), 0U);
 }
 
 TEST(AngleMotion, The_most_changed_joint_is_the_one_with_the_greatest_excess)

@@ -18,8 +18,8 @@
 namespace
 {
 
-constexpr char const * kDarkBand = R"(fill="#c0143c" fill-opacity="0.26"/>)";
-constexpr char const * kLightBand = R"(fill="#c0143c" fill-opacity="0.12"/>)";
+constexpr char const * k_DarkBand = R"(fill="#c0143c" fill-opacity="0.26"/>)";
+constexpr char const * k_LightBand = R"(fill="#c0143c" fill-opacity="0.12"/>)";
 
 /// A joint with three rotations, one line a frame: Z, X, Y.
 clip::Clip Joint(std::vector<std::string> const & frames, std::string const & name = "Arm",
@@ -65,8 +65,8 @@ TEST(CurvePicture, Shows_three_curves_above_three_with_axes_and_a_legend)
     {
         EXPECT_EQ(Count(text, label), 1U) << label;
     }
-    EXPECT_EQ(Count(text, kDarkBand), 1U) << "the legend alone";
-    EXPECT_EQ(Count(text, kLightBand), 1U);
+    EXPECT_EQ(Count(text, k_DarkBand), 1U) << "the legend alone";
+    EXPECT_EQ(Count(text, k_LightBand), 1U);
 }
 
 TEST(CurvePicture, Jumps_over_half_a_turn_stand_in_dark_bands_with_dashes_and_rings)
@@ -74,8 +74,8 @@ TEST(CurvePicture, Jumps_over_half_a_turn_stand_in_dark_bands_with_dashes_and_ri
     clip::Clip const plain = Joint({"0 0 170", "0 0 179", "0 0 -172", "0 0 -160"});
     clip::Clip const nearest = Joint({"0 0 170", "0 0 179", "0 0 188", "0 0 200"});
     std::string const text = Picture(plain, nearest);
-    EXPECT_EQ(Count(text, kDarkBand), 2U) << "legend and jump";
-    EXPECT_EQ(Count(text, kLightBand), 1U);
+    EXPECT_EQ(Count(text, k_DarkBand), 2U) << "legend and jump";
+    EXPECT_EQ(Count(text, k_LightBand), 1U);
     EXPECT_EQ(Count(text, ">−351°<"), 1U);
     EXPECT_EQ(Count(text, "stroke-dasharray"), 1U);
     EXPECT_EQ(Count(text, "<polyline"), 7U) << "the curve that jumps is in two pieces";
@@ -91,8 +91,8 @@ TEST(CurvePicture, Flips_short_of_half_a_turn_stand_in_light_bands)
     clip::Clip const plain = Joint({"0 80 0", "0 85 0", "175 95 -175", "175 100 -175"});
     clip::Clip const nearest = Joint({"0 80 0", "0 85 0", "-5 90 5", "-5 95 5"});
     std::string const text = Picture(plain, nearest);
-    EXPECT_EQ(Count(text, kDarkBand), 1U);
-    EXPECT_EQ(Count(text, kLightBand), 2U) << "two angles of one step share a band";
+    EXPECT_EQ(Count(text, k_DarkBand), 1U);
+    EXPECT_EQ(Count(text, k_LightBand), 2U) << "two angles of one step share a band";
     EXPECT_EQ(Count(text, "stroke-dasharray"), 2U);
     EXPECT_EQ(Count(text, ">2 jumps over a quarter turn, 0 of them over half a turn<"), 1U);
 }
@@ -157,13 +157,13 @@ TEST(CurvePicture, Is_well_formed_whatever_the_name_is)
 TEST(CurvePicture, On_the_shipped_clip_it_shows_the_turns_of_the_hips)
 {
     clip::Clip const motion = clip::ReadClip(std::filesystem::path(SHIPPED_CLIP));
-    clip::ChannelOrder const order = clip::kChannelOrders[4];
+    clip::ChannelOrder const order = clip::k_ChannelOrders[4];
     clip::Clip const plain = bake::Reorder(motion, order, bake::Extraction::Plain).clip;
     clip::Clip const nearest = bake::Reorder(motion, order, bake::Extraction::Nearest).clip;
     EXPECT_EQ(order.name, "ZXY");
     EXPECT_EQ(bake::FindMostChanged(plain, nearest), 0U);
     std::string const text = Picture(plain, nearest);
-    EXPECT_EQ(Count(text, kDarkBand), 3U);
+    EXPECT_EQ(Count(text, k_DarkBand), 3U);
     EXPECT_EQ(Count(text, "stroke-dasharray"), 2U);
     EXPECT_EQ(Count(text, "<polyline"), 8U);
     EXPECT_EQ(Count(text, ">2 jumps over half a turn<"), 1U);

@@ -29,8 +29,8 @@ void Require(bool holds)
 /// What was read can be evaluated, with finite positions, and drawn.
 void Bake(clip::Clip const & motion)
 {
-    constexpr std::size_t kAffordable = 100000;
-    if (motion.frameCount > kAffordable / motion.skeleton.joints.size())
+    constexpr std::size_t k_Affordable = 100000;
+    if (motion.frameCount > k_Affordable / motion.skeleton.joints.size())
     {
         return;
     }
@@ -47,12 +47,12 @@ void Bake(clip::Clip const & motion)
 /// What was read can be put in another order, with finite angles, and drawn.
 void Rebake(clip::Clip const & motion)
 {
-    constexpr std::size_t kAffordable = 20000;
-    if (motion.frameCount > kAffordable / motion.skeleton.joints.size())
+    constexpr std::size_t k_Affordable = 20000;
+    if (motion.frameCount > k_Affordable / motion.skeleton.joints.size())
     {
         return;
     }
-    clip::ChannelOrder const & order = clip::kChannelOrders[motion.values.size() % clip::kChannelOrders.size()];
+    clip::ChannelOrder const & order = clip::k_ChannelOrders[motion.values.size() % clip::k_ChannelOrders.size()];
     clip::Clip const plain = bake::Reorder(motion, order, bake::Extraction::Plain).clip;
     clip::Clip const nearest = bake::Reorder(motion, order, bake::Extraction::Nearest).clip;
     for (double const value : nearest.values)

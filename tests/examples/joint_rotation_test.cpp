@@ -49,7 +49,7 @@ std::string LibraryName(tagE3DROTORDER order)
 TEST(ChannelOrder, Is_named_from_the_outermost_axis_where_the_library_starts_with_the_innermost)
 {
     std::vector<std::string> names;
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
         std::string const reversed(order.name.rbegin(), order.name.rend());
         EXPECT_EQ(LibraryName(order.order), reversed);

@@ -11,8 +11,8 @@
 namespace
 {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double k_Infinity = std::numeric_limits<double>::infinity();
+constexpr double k_Nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(NumberText, ParseNumber_reads_decimals_with_either_sign_and_exponents)
 {
@@ -44,7 +44,7 @@ TEST(NumberText, ParseNumber_refuses_what_a_double_cannot_hold)
 TEST(NumberText, ParseNumber_reads_nan_and_infinity_as_they_are)
 {
     EXPECT_TRUE(std::isnan(clip::ParseNumber("nan").value()));
-    EXPECT_EQ(clip::ParseNumber("-inf"), -kInfinity);
+    EXPECT_EQ(clip::ParseNumber("-inf"), -k_Infinity);
 }
 
 TEST(NumberText, ParseCount_reads_non_negative_integers_only)
@@ -112,7 +112,7 @@ TEST(NumberText, Rounding_gives_no_negative_zero)
 
 TEST(NumberText, Rounding_takes_what_is_not_finite_or_too_large_for_zero)
 {
-    for (double const value : {kNan, kInfinity, -kInfinity, 1.0001e15, -1e300})
+    for (double const value : {k_Nan, k_Infinity, -k_Infinity, 1.0001e15, -1e300})
     {
         EXPECT_EQ(clip::RoundedText(value, 2), "0");
         EXPECT_EQ(clip::FixedText(value, 2), "0.00");

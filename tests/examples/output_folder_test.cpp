@@ -22,7 +22,7 @@ auto Text(std::string const & text)
 }
 
 /// A file that opens and takes no byte.
-fs::path const kFullDisk = "/dev/full";
+fs::path const k_FullDisk = "/dev/full";
 
 TEST(OutputFolder, Makes_the_folder_and_its_parents)
 {
@@ -71,7 +71,7 @@ TEST(OutputFolder, A_writer_that_throws_leaves_no_trace)
 
 TEST(OutputFolder, A_full_disk_is_told_with_the_file_and_leaves_no_trace)
 {
-    if (!fs::exists(kFullDisk))
+    if (!fs::exists(k_FullDisk))
     {
         GTEST_SKIP() << "no device that is always full";
     }
@@ -80,7 +80,7 @@ TEST(OutputFolder, A_full_disk_is_told_with_the_file_and_leaves_no_trace)
     // A short text fails when the file is closed, a long one while it is written.
     for (std::size_t const size : {std::size_t(10), std::size_t(1000000)})
     {
-        fs::create_symlink(kFullDisk, scratch.Path() / ".one.partial");
+        fs::create_symlink(k_FullDisk, scratch.Path() / ".one.partial");
         try
         {
             OutputFolder folder(scratch.Path());

@@ -14,7 +14,7 @@ namespace
 using Matrix = C3DRotMatTpl<double>;
 using Vector = C3DVector3Tpl<double>;
 
-constexpr double kQuarter = std::numbers::pi / 2;
+constexpr double k_Quarter = std::numbers::pi / 2;
 
 double Miss(Vector const & angles, Matrix const & matrix, tagE3DROTORDER order)
 {
@@ -43,9 +43,9 @@ Vector InOrder(clip::ChannelOrder const & order, double first, double middle, do
 
 TEST(PoleRepair, Leaves_angles_that_meet_the_matrix)
 {
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
-        for (double const middle : {0.0, 1.0, kQuarter, -kQuarter, 2.0})
+        for (double const middle : {0.0, 1.0, k_Quarter, -k_Quarter, 2.0})
         {
             Vector angles = InOrder(order, 0.3, middle, -0.2);
             Matrix matrix;
@@ -63,7 +63,7 @@ TEST(PoleRepair, Leaves_what_is_far_from_the_pole_alone)
     Matrix matrix;
     F3DEulerToMat(angles, matrix, E3DROTORDER_YXZ);
     Vector wrong(1, 2, 3);
-    EXPECT_FALSE(bake::RepairAtPole(matrix, clip::kChannelOrders[4], angles, wrong));
+    EXPECT_FALSE(bake::RepairAtPole(matrix, clip::k_ChannelOrders[4], angles, wrong));
     EXPECT_EQ(wrong.X, 1);
 }
 
@@ -72,13 +72,13 @@ TEST(PoleRepair, Meets_the_matrix_where_the_extraction_missed_it_and_stays_near_
 {
     std::mt19937_64 random(5);
     std::uniform_real_distribution<double> angle(-10, 10);
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
         int repairs = 0;
         for (int round = 0; round < 400; ++round)
         {
             double const free = angle(random);
-            double const middle = round % 2 == 0 ? kQuarter : -kQuarter;
+            double const middle = round % 2 == 0 ? k_Quarter : -k_Quarter;
             // The angle at the pole itself, where one outer angle undoes the other, is zero.
             Vector const exact = InOrder(order, free, middle, (round / 2) % 2 == 0 ? free : -free);
             Matrix matrix;
@@ -107,13 +107,13 @@ TEST(PoleRepair, In_the_belt_about_the_pole_a_millionth_of_a_radian_remains)
     std::mt19937_64 random(6);
     std::uniform_real_distribution<double> angle(-3, 3);
     std::uniform_real_distribution<double> exponent(-9, -2);
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
         for (int round = 0; round < 400; ++round)
         {
             double const distance = std::pow(10, exponent(random));
             Matrix matrix;
-            F3DEulerToMat(InOrder(order, angle(random), kQuarter - distance, angle(random)), matrix, order.order);
+            F3DEulerToMat(InOrder(order, angle(random), k_Quarter - distance, angle(random)), matrix, order.order);
             Vector const target = InOrder(order, angle(random), angle(random), angle(random));
             Vector angles = target;
             F3DMatToEulerUsingTarget(matrix, angles, order.order);

@@ -53,7 +53,7 @@ std::string Replaced(std::string text, std::string const & from, std::string con
     return text;
 }
 
-constexpr char const * kFigure = R"(HIERARCHY
+constexpr char const * k_Figure = R"(HIERARCHY
 ROOT Hips
 {
   OFFSET 0.5 -1 2e1
@@ -82,10 +82,10 @@ Frame Time: 0.0333333
 
 TEST(Reader, Reads_the_joints_in_file_order_with_parents_and_offsets)
 {
-    std::vector<clip::Joint> const joints = Parse(kFigure).skeleton.joints;
+    std::vector<clip::Joint> const joints = Parse(k_Figure).skeleton.joints;
     ASSERT_EQ(joints.size(), 4U);
     EXPECT_EQ(joints[0].name, "Hips");
-    EXPECT_EQ(joints[0].parent, clip::kNoParent);
+    EXPECT_EQ(joints[0].parent, clip::k_NoParent);
     EXPECT_EQ(joints[0].offset.X, 0.5);
     EXPECT_EQ(joints[0].offset.Y, -1);
     EXPECT_EQ(joints[0].offset.Z, 20);
@@ -100,18 +100,18 @@ TEST(Reader, Reads_the_joints_in_file_order_with_parents_and_offsets)
 
 TEST(Reader, Marks_end_sites_alone)
 {
-    std::vector<clip::Joint> const joints = Parse(kFigure).skeleton.joints;
+    std::vector<clip::Joint> const joints = Parse(k_Figure).skeleton.joints;
     EXPECT_FALSE(joints[1].isEndSite);
     EXPECT_TRUE(joints[2].isEndSite);
     EXPECT_TRUE(joints[2].channels.empty());
     EXPECT_FALSE(joints[3].isEndSite);
-    EXPECT_EQ(clip::CountJoints(Parse(kFigure).skeleton), 3U);
-    EXPECT_EQ(clip::FindEnds(Parse(kFigure).skeleton), (std::vector<int>{2, 3}));
+    EXPECT_EQ(clip::CountJoints(Parse(k_Figure).skeleton), 3U);
+    EXPECT_EQ(clip::FindEnds(Parse(k_Figure).skeleton), (std::vector<int>{2, 3}));
 }
 
 TEST(Reader, Keeps_the_channels_in_the_order_of_the_file)
 {
-    clip::Skeleton const skeleton = Parse(kFigure).skeleton;
+    clip::Skeleton const skeleton = Parse(k_Figure).skeleton;
     EXPECT_EQ(skeleton.channelCount, 11U);
     EXPECT_EQ(skeleton.joints[0].channels,
               (std::vector<Channel>{Channel::XPosition, Channel::YPosition, Channel::ZPosition, Channel::ZRotation,
@@ -126,7 +126,7 @@ TEST(Reader, Keeps_the_channels_in_the_order_of_the_file)
 
 TEST(Reader, Reads_the_frames_one_behind_the_other)
 {
-    clip::Clip const motion = Parse(kFigure);
+    clip::Clip const motion = Parse(k_Figure);
     EXPECT_EQ(motion.frameCount, 2U);
     EXPECT_EQ(motion.frameTime, 0.0333333);
     EXPECT_DOUBLE_EQ(motion.Length(), 0.0666666);
@@ -138,16 +138,16 @@ TEST(Reader, Reads_the_frames_one_behind_the_other)
 
 TEST(Reader, Every_line_end_and_blank_gives_the_same_clip)
 {
-    std::vector<double> const expected = Parse(kFigure).values;
-    std::vector<std::string> const variants = {Replaced(kFigure, "\n", "\r\n"),
-                                               Replaced(kFigure, "\n", "\r"),
-                                               Replaced(kFigure, "\n", "\n\n \t\n"),
-                                               Replaced(kFigure, " ", "\t"),
-                                               Replaced(kFigure, " ", " \t \f\v"),
-                                               Replaced(kFigure, "\n", " \t\n"),
-                                               "\xEF\xBB\xBF" + std::string(kFigure),
-                                               Replaced(Replaced(kFigure, "\n  ", " "), "\n{", "{"),
-                                               std::string(kFigure).substr(0, std::string(kFigure).size() - 1)};
+    std::vector<double> const expected = Parse(k_Figure).values;
+    std::vector<std::string> const variants = {Replaced(k_Figure, "\n", "\r\n"),
+                                               Replaced(k_Figure, "\n", "\r"),
+                                               Replaced(k_Figure, "\n", "\n\n \t\n"),
+                                               Replaced(k_Figure, " ", "\t"),
+                                               Replaced(k_Figure, " ", " \t \f\v"),
+                                               Replaced(k_Figure, "\n", " \t\n"),
+                                               "\xEF\xBB\xBF" + std::string(k_Figure),
+                                               Replaced(Replaced(k_Figure, "\n  ", " "), "\n{", "{"),
+                                               std::string(k_Figure).substr(0, std::string(k_Figure).size() - 1)};
     for (std::string const & text : variants)
     {
         clip::Clip const motion = Parse(text);
@@ -171,7 +171,7 @@ TEST(Reader, Reads_several_roots)
     clip::Clip const motion = Parse("HIERARCHY\nROOT A\n{\nOFFSET 0 0 0\nCHANNELS 1 Xrotation\n}\nROOT B\n{\n"
                                     "OFFSET 0 0 0\nCHANNELS 1 Yrotation\n}\nMOTION\nFrames: 1\nFrame Time: 1\n1 2\n");
     ASSERT_EQ(motion.skeleton.joints.size(), 2U);
-    EXPECT_EQ(motion.skeleton.joints[1].parent, clip::kNoParent);
+    EXPECT_EQ(motion.skeleton.joints[1].parent, clip::k_NoParent);
     EXPECT_EQ(motion.skeleton.joints[1].firstChannel, 1U);
 }
 
@@ -198,16 +198,16 @@ TEST(Reader, Whole_turns_and_the_last_bit_of_a_number_are_kept)
 
 TEST(Reader, Nesting_of_any_depth_is_read)
 {
-    constexpr int kDepth = 100000;
+    constexpr int k_Depth = 100000;
     std::string text = "HIERARCHY\nROOT r{OFFSET 0 0 0 CHANNELS 1 Xrotation\n";
-    for (int i = 0; i < kDepth; ++i)
+    for (int i = 0; i < k_Depth; ++i)
     {
         text += "JOINT j{OFFSET 0 1 0\n";
     }
-    text += std::string(kDepth + 1, '}') + "\nMOTION\nFrames: 1\nFrame Time: 1\n0\n";
+    text += std::string(k_Depth + 1, '}') + "\nMOTION\nFrames: 1\nFrame Time: 1\n0\n";
     clip::Clip const motion = Parse(text);
-    EXPECT_EQ(motion.skeleton.joints.size(), kDepth + 1U);
-    EXPECT_EQ(motion.skeleton.joints.back().parent, kDepth - 1);
+    EXPECT_EQ(motion.skeleton.joints.size(), k_Depth + 1U);
+    EXPECT_EQ(motion.skeleton.joints.back().parent, k_Depth - 1);
 }
 
 struct Fault
@@ -365,19 +365,19 @@ TEST(Reader, Lines_are_counted_alike_whatever_ends_them)
 
 TEST(Reader, Numbers_at_the_limit_are_taken)
 {
-    EXPECT_EQ(Parse(SmallClip("Frames: 2\nFrame Time: 1e12\n1e12\n-1e12\n")).values[1], -clip::kLargestNumber);
+    EXPECT_EQ(Parse(SmallClip("Frames: 2\nFrame Time: 1e12\n1e12\n-1e12\n")).values[1], -clip::k_LargestNumber);
 }
 
 TEST(Reader, A_name_at_the_limit_is_taken)
 {
-    std::string const name(clip::kLongestName, 'x');
+    std::string const name(clip::k_LongestName, 'x');
     EXPECT_EQ(Parse(Replaced(SmallClip(), "Hips", name)).skeleton.joints[0].name, name);
 }
 
 TEST(Reader, Every_beginning_of_a_clip_is_refused)
 {
     // The last number and the line end are the ones that the clip can spare.
-    std::string const text = kFigure;
+    std::string const text = k_Figure;
     for (std::size_t length = 0; length < text.size() - 2; ++length)
     {
         EXPECT_NE(Refusal(text.substr(0, length)), "") << length;

@@ -24,7 +24,7 @@ using Vector = C3DVector3Tpl<double>;
 
 clip::ChannelOrder FindOrder(std::string const & name)
 {
-    return *std::find_if(clip::kChannelOrders.begin(), clip::kChannelOrders.end(),
+    return *std::find_if(clip::k_ChannelOrders.begin(), clip::k_ChannelOrders.end(),
                          [&name](clip::ChannelOrder const & order) { return order.name == name; });
 }
 
@@ -97,8 +97,8 @@ protected:
         bake::Reordering const baked = bake::Reorder(motion, GetParam(), Extraction::Nearest);
         ExpectReordered(motion, baked.clip, GetParam());
         EXPECT_LT(GreatestDifference(motion, baked.clip), 1e-9);
-        EXPECT_EQ(bake::CountJumps(baked.clip, bake::kHalfTurn), 0U);
-        EXPECT_EQ(bake::CountJumps(baked.clip, bake::kQuarterTurn), 0U);
+        EXPECT_EQ(bake::CountJumps(baked.clip, bake::k_HalfTurn), 0U);
+        EXPECT_EQ(bake::CountJumps(baked.clip, bake::k_QuarterTurn), 0U);
         EXPECT_EQ(baked.repairs, 0U);
         bake::Reordering const plain = bake::Reorder(motion, GetParam(), Extraction::Plain);
         ExpectReordered(motion, plain.clip, GetParam());
@@ -128,7 +128,7 @@ TEST_P(ReorderInOrder, The_shipped_clip_moves_as_before_and_never_jumps)
 TEST_P(ReorderInOrder, The_plain_extraction_of_the_shipped_clip_jumps)
 {
     clip::Clip const plain = bake::Reorder(m_Shipped, GetParam(), Extraction::Plain).clip;
-    EXPECT_GE(bake::CountJumps(plain, bake::kHalfTurn), 2U);
+    EXPECT_GE(bake::CountJumps(plain, bake::k_HalfTurn), 2U);
     EXPECT_TRUE(
         std::all_of(plain.values.begin(), plain.values.end(), [](double value) { return std::isfinite(value); }));
     for (Vector const & angles : Angles(plain, 0))
@@ -202,7 +202,7 @@ TEST_P(ReorderInOrder, A_captured_clip_moves_as_before_and_never_jumps)
     ExpectReadsBackBitForBit(Nearest(motion, GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(AllSix, ReorderInOrder, testing::ValuesIn(clip::kChannelOrders),
+INSTANTIATE_TEST_SUITE_P(AllSix, ReorderInOrder, testing::ValuesIn(clip::k_ChannelOrders),
                          [](testing::TestParamInfo<clip::ChannelOrder> const & order)
                          { return std::string(order.param.name); });
 
@@ -244,7 +244,7 @@ TEST(Reorder, A_clip_without_rotations_gets_zeros)
 TEST(Reorder, Turns_with_which_a_clip_begins_are_kept)
 {
     clip::Clip const motion = Chain("3 Zrotation Xrotation Yrotation", {"-725 3 1085", "-735 4 1095"});
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
         std::vector<Vector> const angles = Angles(Nearest(motion, order), 0);
         EXPECT_NEAR(angles[0].X, 3, 2) << order.name;
@@ -259,7 +259,7 @@ TEST(Reorder, Turns_with_which_a_clip_begins_are_kept)
 TEST(Reorder, Wraps_in_the_clip_itself_are_unwound)
 {
     clip::Clip const motion = Chain("3 Zrotation Xrotation Yrotation", {"0 0 170", "0 0 179", "0 0 -172", "0 0 -160"});
-    EXPECT_EQ(bake::CountJumps(motion, bake::kHalfTurn), 1U);
+    EXPECT_EQ(bake::CountJumps(motion, bake::k_HalfTurn), 1U);
     std::vector<Vector> const angles = Angles(Nearest(motion, FindOrder("ZXY")), 0);
     EXPECT_NEAR(angles[2].Y, 188, 1e-12);
     EXPECT_NEAR(angles[3].Y, 200, 1e-12);
@@ -299,11 +299,11 @@ TEST(Reorder, Quarter_turns_at_random_keep_their_positions_and_need_repairs)
         frames.push_back(text);
     }
     clip::Clip const motion = Chain("3 Zrotation Xrotation Yrotation", frames);
-    for (clip::ChannelOrder const & order : clip::kChannelOrders)
+    for (clip::ChannelOrder const & order : clip::k_ChannelOrders)
     {
         bake::Reordering const baked = bake::Reorder(motion, order, Extraction::Nearest);
         EXPECT_LT(GreatestDifference(motion, baked.clip), 1e-9) << order.name;
-        EXPECT_EQ(bake::CountJumps(baked.clip, bake::kHalfTurn), 0U) << order.name;
+        EXPECT_EQ(bake::CountJumps(baked.clip, bake::k_HalfTurn), 0U) << order.name;
         EXPECT_GT(baked.repairs, 0U) << order.name;
     }
 }

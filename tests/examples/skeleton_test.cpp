@@ -123,7 +123,7 @@ TEST(Skeleton, World_matrices_hold_axes_in_rows_and_the_place_in_the_last)
 TEST(Skeleton, A_clip_that_asks_for_too_many_positions_is_refused)
 {
     clip::Clip motion = OneJoint({Channel::XRotation}, {0}, {1, 0, 0});
-    motion.frameCount = clip::kMostPositions / 2 + 1;
+    motion.frameCount = clip::k_MostPositions / 2 + 1;
     EXPECT_THROW(clip::ComputeWorldPositions(motion), std::length_error);
     motion.frameCount = std::numeric_limits<std::size_t>::max();
     EXPECT_THROW(clip::ComputeWorldPositions(motion), std::length_error);
@@ -214,7 +214,7 @@ TEST(Skeleton, Agrees_with_Eigen_on_random_trees_with_channels_in_any_order)
         for (int i = 0; i < 12; ++i)
         {
             clip::Joint joint;
-            joint.parent = i == 0 ? clip::kNoParent : static_cast<int>(random() % static_cast<unsigned>(i));
+            joint.parent = i == 0 ? clip::k_NoParent : static_cast<int>(random() % static_cast<unsigned>(i));
             joint.offset = {length(random), length(random), length(random)};
             joint.channels = {Channel::XPosition, Channel::YPosition, Channel::ZPosition,
                               Channel::XRotation, Channel::YRotation, Channel::ZRotation};

@@ -73,7 +73,7 @@ TEST_F(WalkTurn, Turns_two_whole_turns_and_counts_them_on)
 
 TEST_F(WalkTurn, No_angle_jumps)
 {
-    constexpr double kMost = 15; // degrees from one frame to the next
+    constexpr double k_Most = 15; // degrees from one frame to the next
     for (clip::Joint const & joint : m_Clip.skeleton.joints)
     {
         for (std::size_t i = 0; i < joint.channels.size(); ++i)
@@ -81,7 +81,7 @@ TEST_F(WalkTurn, No_angle_jumps)
             for (std::size_t frame = 1; frame < m_Clip.frameCount; ++frame)
             {
                 std::size_t const place = joint.firstChannel + i;
-                ASSERT_LT(std::abs(m_Clip.Frame(frame)[place] - m_Clip.Frame(frame - 1)[place]), kMost)
+                ASSERT_LT(std::abs(m_Clip.Frame(frame)[place] - m_Clip.Frame(frame - 1)[place]), k_Most)
                     << joint.name << " channel " << i << " frame " << frame;
             }
         }

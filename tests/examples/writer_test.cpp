@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr char const * kClip = R"(HIERARCHY
+constexpr char const * k_Clip = R"(HIERARCHY
 ROOT Hips
 {
   OFFSET 0 0.1 -2.5
@@ -53,12 +53,12 @@ std::string Written(clip::Clip const & motion)
 
 TEST(Writer, Writes_the_customary_form)
 {
-    EXPECT_EQ(Written(clip::ParseClip(kClip, "t.bvh")), kClip);
+    EXPECT_EQ(Written(clip::ParseClip(k_Clip, "t.bvh")), k_Clip);
 }
 
 TEST(Writer, Numbers_read_back_bit_for_bit)
 {
-    clip::Clip motion = clip::ParseClip(kClip, "t.bvh");
+    clip::Clip motion = clip::ParseClip(k_Clip, "t.bvh");
     double value = 0.1;
     for (double & number : motion.values)
     {
@@ -85,8 +85,8 @@ TEST(Writer, Takes_no_notice_of_the_streams_format)
     std::ostringstream stream;
     stream.imbue(std::locale(std::locale::classic(), new CommaPunctuation)); // NOLINT: the locale owns its facet
     stream << std::hex << std::showpos << std::setprecision(2) << std::fixed;
-    clip::WriteClip(stream, clip::ParseClip(kClip, "t.bvh"));
-    EXPECT_EQ(stream.str(), kClip);
+    clip::WriteClip(stream, clip::ParseClip(k_Clip, "t.bvh"));
+    EXPECT_EQ(stream.str(), k_Clip);
 }
 
 } // namespace

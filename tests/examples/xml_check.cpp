@@ -136,12 +136,12 @@ private:
 
     void CheckText(std::string_view text)
     {
-        constexpr std::array<std::string_view, 4> kReferences = {"&amp;", "&lt;", "&gt;", "&quot;"};
+        constexpr std::array<std::string_view, 4> k_References = {"&amp;", "&lt;", "&gt;", "&quot;"};
         for (std::size_t i = 0; i < text.size(); ++i)
         {
             char const c = text[i];
             std::string_view const rest = text.substr(i);
-            bool const isReference = std::any_of(kReferences.begin(), kReferences.end(),
+            bool const isReference = std::any_of(k_References.begin(), k_References.end(),
                                                  [rest](std::string_view known) { return rest.starts_with(known); });
             if ((c == '&' && !isReference) || c == '<')
             {

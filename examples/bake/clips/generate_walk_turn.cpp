@@ -28,28 +28,28 @@ using clip::Channel;
 using Matrix = C3DMatrix44Tpl<double>;
 using Vector = C3DVector3Tpl<double>;
 
-constexpr std::size_t kFrameCount = 240;
-constexpr double kFrameTime = 1.0 / 30;
-constexpr double kLastTime = kFrameTime * static_cast<double>(kFrameCount - 1);
+constexpr std::size_t k_FrameCount = 240;
+constexpr double k_FrameTime = 1.0 / 30;
+constexpr double k_LastTime = k_FrameTime * static_cast<double>(k_FrameCount - 1);
 
 // Lengths in centimetres. X is the figure's left, Y up, Z ahead.
-constexpr double kThigh = 42;
-constexpr double kShin = 40;
-constexpr double kAnkleHeight = 8;
-constexpr double kToeAhead = 13;
-constexpr double kToeHeight = 2;
-constexpr double kRootHeight = 93.2;
+constexpr double k_Thigh = 42;
+constexpr double k_Shin = 40;
+constexpr double k_AnkleHeight = 8;
+constexpr double k_ToeAhead = 13;
+constexpr double k_ToeHeight = 2;
+constexpr double k_RootHeight = 93.2;
 
-constexpr double kSpeed = 96; // on a straight way
-constexpr double kSlowingInTurn = 0.3;
-constexpr double kStepHalfWidth = 8; // from the path to a footprint
-constexpr double kSteps = 9;         // of each foot: whole, so that the clip ends in the phase in which it starts
-constexpr double kFirstPhase = 0.1;
-constexpr double kStanceShare = 0.6; // of a step, in which the foot is on the ground
+constexpr double k_Speed = 96; // on a straight way
+constexpr double k_SlowingInTurn = 0.3;
+constexpr double k_StepHalfWidth = 8; // from the path to a footprint
+constexpr double k_Steps = 9;         // of each foot: whole, so that the clip ends in the phase in which it starts
+constexpr double k_FirstPhase = 0.1;
+constexpr double k_StanceShare = 0.6; // of a step, in which the foot is on the ground
 
-constexpr double kTurnStart = 0.7;
-constexpr double kTurnEnd = 7.2;
-constexpr double kTurnDegrees = 720;
+constexpr double k_TurnStart = 0.7;
+constexpr double k_TurnEnd = 7.2;
+constexpr double k_TurnDegrees = 720;
 
 double Radians(double degrees)
 {
@@ -76,33 +76,33 @@ double Smooth(double x)
 /// From 0 to 1 at an even pace but for a gentle start and end.
 double SmoothRamp(double x)
 {
-    constexpr double kEase = 0.2;
+    constexpr double k_Ease = 0.2;
     x = std::clamp(x, 0.0, 1.0);
     if (x > 0.5)
     {
         return 1 - SmoothRamp(1 - x);
     }
-    double const eased = x < kEase ? x * x / (2 * kEase) : x - kEase / 2;
-    return eased / (1 - kEase);
+    double const eased = x < k_Ease ? x * x / (2 * k_Ease) : x - k_Ease / 2;
+    return eased / (1 - k_Ease);
 }
 
 double Heading(double time)
 {
-    return kTurnDegrees * SmoothRamp((time - kTurnStart) / (kTurnEnd - kTurnStart));
+    return k_TurnDegrees * SmoothRamp((time - k_TurnStart) / (k_TurnEnd - k_TurnStart));
 }
 
 /// How sharply the path turns, 1 at an even pace.
 double Turning(double time)
 {
-    constexpr double kStep = 0.01;
-    double const even = kTurnDegrees / (kTurnEnd - kTurnStart);
-    return (Heading(time + kStep) - Heading(time - kStep)) / (2 * kStep * even);
+    constexpr double k_Step = 0.01;
+    double const even = k_TurnDegrees / (k_TurnEnd - k_TurnStart);
+    return (Heading(time + k_Step) - Heading(time - k_Step)) / (2 * k_Step * even);
 }
 
 /// Along the path, in a second. A figure that turns walks more slowly, or the outer leg would not reach its next place.
 double Speed(double time)
 {
-    return kSpeed * (1 - kSlowingInTurn * Turning(time));
+    return k_Speed * (1 - k_SlowingInTurn * Turning(time));
 }
 
 Vector Ahead(double heading)
@@ -129,18 +129,18 @@ class Path
 public:
     Path()
     {
-        Vector place(0, 0, kStart * kSpeed);
-        for (int i = 0; i <= kPieces; ++i)
+        Vector place(0, 0, k_Start * k_Speed);
+        for (int i = 0; i <= k_Pieces; ++i)
         {
             m_Places.push_back(place);
-            double const middle = kStart + (i + 0.5) * kPiece;
-            place = Advance(place, Ahead(Heading(middle)), Speed(middle) * kPiece);
+            double const middle = k_Start + (i + 0.5) * k_Piece;
+            place = Advance(place, Ahead(Heading(middle)), Speed(middle) * k_Piece);
         }
     }
 
     Vector At(double time) const
     {
-        double const piece = std::clamp((time - kStart) / kPiece, 0.0, static_cast<double>(kPieces) - 1);
+        double const piece = std::clamp((time - k_Start) / k_Piece, 0.0, static_cast<double>(k_Pieces) - 1);
         auto const before = static_cast<std::size_t>(piece);
         Vector way;
         way.Sub(m_Places[before + 1], m_Places[before]);
@@ -149,9 +149,9 @@ public:
 
 private:
     // The first and the last footprints lie outside the time of the clip.
-    static constexpr double kStart = -2;
-    static constexpr double kPiece = 1.0 / 960;
-    static constexpr int kPieces = static_cast<int>((kLastTime + 4) / kPiece);
+    static constexpr double k_Start = -2;
+    static constexpr double k_Piece = 1.0 / 960;
+    static constexpr int k_Pieces = static_cast<int>((k_LastTime + 4) / k_Piece);
 
     std::vector<Vector> m_Places;
 };
@@ -185,7 +185,7 @@ class Walk
 {
 public:
     /// Steps done since the left foot first touched the ground, whole at each of its touches.
-    static double LeftSteps(double time) { return kFirstPhase + kSteps * time / kLastTime; }
+    static double LeftSteps(double time) { return k_FirstPhase + k_Steps * time / k_LastTime; }
 
     /// \param side 1 for the left foot, -1 for the right one
     Foot FootAt(double time, double side) const
@@ -193,7 +193,7 @@ public:
         double const steps = LeftSteps(time) + (side > 0 ? 0 : 0.5);
         double const whole = std::floor(steps);
         double const phase = steps - whole;
-        double const swing = std::clamp((phase - kStanceShare) / (1 - kStanceShare), 0.0, 1.0);
+        double const swing = std::clamp((phase - k_StanceShare) / (1 - k_StanceShare), 0.0, 1.0);
         double const here = MiddleOfStance(whole, side);
         double const there = MiddleOfStance(whole + 1, side);
 
@@ -204,8 +204,8 @@ public:
         Vector way;
         way.Sub(Print(there, side), Print(here, side));
         Vector const ball = Advance(Print(here, side), way, Smooth(swing));
-        constexpr double kLift = 4;
-        foot.ankle = AnkleAbove(ball, foot, kLift * (1 - Wave(swing)) / 2);
+        constexpr double k_Lift = 4;
+        foot.ankle = AnkleAbove(ball, foot, k_Lift * (1 - Wave(swing)) / 2);
         return foot;
     }
 
@@ -215,22 +215,22 @@ private:
     /// The foot touches the ground with its heel, lies flat, rolls over the ball and swings.
     static double Pitch(double phase)
     {
-        static constexpr std::array<std::pair<double, double>, 6> kKeys = {
+        static constexpr std::array<std::pair<double, double>, 6> k_Keys = {
             {{0, -15}, {0.12, 0}, {0.32, 0}, {0.64, 40}, {0.9, -15}, {1, -15}}};
-        return Interpolate(kKeys, phase);
+        return Interpolate(k_Keys, phase);
     }
 
     static double MiddleOfStance(double wholeSteps, double side)
     {
-        double const leftSteps = wholeSteps + kStanceShare / 2 - (side > 0 ? 0 : 0.5);
-        return (leftSteps - kFirstPhase) * kLastTime / kSteps;
+        double const leftSteps = wholeSteps + k_StanceShare / 2 - (side > 0 ? 0 : 0.5);
+        return (leftSteps - k_FirstPhase) * k_LastTime / k_Steps;
     }
 
     /// The place of the ball of the foot that stands while the body passes at that time.
     Vector Print(double time, double side) const
     {
         double const heading = Heading(time);
-        return Advance(Advance(m_Path.At(time), Left(heading), side * kStepHalfWidth), Ahead(heading), kToeAhead);
+        return Advance(Advance(m_Path.At(time), Left(heading), side * k_StepHalfWidth), Ahead(heading), k_ToeAhead);
     }
 
     /// The ankle of a foot with its ball above a place on the ground, so high that neither heel nor ball sinks.
@@ -238,10 +238,10 @@ private:
     {
         double const sine = std::sin(Radians(foot.pitch));
         double const cosine = std::cos(Radians(foot.pitch));
-        constexpr double kHeelBehind = 4;
-        double const ballDepth = kAnkleHeight * cosine + kToeAhead * sine;
-        double const heelDepth = kAnkleHeight * cosine - kHeelBehind * sine;
-        Vector ankle = Advance(ball, Ahead(foot.heading), kAnkleHeight * sine - kToeAhead * cosine);
+        constexpr double k_HeelBehind = 4;
+        double const ballDepth = k_AnkleHeight * cosine + k_ToeAhead * sine;
+        double const heelDepth = k_AnkleHeight * cosine - k_HeelBehind * sine;
+        Vector ankle = Advance(ball, Ahead(foot.heading), k_AnkleHeight * sine - k_ToeAhead * cosine);
         ankle.Y = std::max(ballDepth, heelDepth) + lift;
         return ankle;
     }
@@ -251,7 +251,7 @@ private:
 
 using Channels = std::vector<Channel>;
 
-Channels const kLimbOrder = {Channel::ZRotation, Channel::XRotation, Channel::YRotation};
+Channels const k_LimbOrder = {Channel::ZRotation, Channel::XRotation, Channel::YRotation};
 
 /// Joints by index, so that the motion can name them.
 struct Figure
@@ -295,10 +295,10 @@ Figure::Arm AddArm(Figure & figure, std::string const & side, double left)
 {
     clip::Skeleton & skeleton = figure.skeleton;
     Figure::Arm arm{};
-    arm.collar = AddJoint(skeleton, side + "Collar", figure.chest, {3 * left, 16, 1}, kLimbOrder);
-    arm.shoulder = AddJoint(skeleton, side + "Shoulder", arm.collar, {14 * left, 0, -1}, kLimbOrder);
-    arm.elbow = AddJoint(skeleton, side + "Elbow", arm.shoulder, {0, -28, 0}, kLimbOrder);
-    arm.wrist = AddJoint(skeleton, side + "Wrist", arm.elbow, {0, -25, 0}, kLimbOrder);
+    arm.collar = AddJoint(skeleton, side + "Collar", figure.chest, {3 * left, 16, 1}, k_LimbOrder);
+    arm.shoulder = AddJoint(skeleton, side + "Shoulder", arm.collar, {14 * left, 0, -1}, k_LimbOrder);
+    arm.elbow = AddJoint(skeleton, side + "Elbow", arm.shoulder, {0, -28, 0}, k_LimbOrder);
+    arm.wrist = AddJoint(skeleton, side + "Wrist", arm.elbow, {0, -25, 0}, k_LimbOrder);
     AddEndSite(skeleton, arm.wrist, {0, -17, 0});
     return arm;
 }
@@ -307,10 +307,10 @@ Figure::Leg AddLeg(Figure & figure, std::string const & side, double left)
 {
     clip::Skeleton & skeleton = figure.skeleton;
     Figure::Leg leg{};
-    leg.hip = AddJoint(skeleton, side + "Hip", figure.root, {9.5 * left, -6, 0}, kLimbOrder);
-    leg.knee = AddJoint(skeleton, side + "Knee", leg.hip, {0, -kThigh, 0}, kLimbOrder);
-    leg.ankle = AddJoint(skeleton, side + "Ankle", leg.knee, {0, -kShin, 0}, kLimbOrder);
-    leg.toe = AddJoint(skeleton, side + "Toe", leg.ankle, {0, kToeHeight - kAnkleHeight, kToeAhead}, kLimbOrder);
+    leg.hip = AddJoint(skeleton, side + "Hip", figure.root, {9.5 * left, -6, 0}, k_LimbOrder);
+    leg.knee = AddJoint(skeleton, side + "Knee", leg.hip, {0, -k_Thigh, 0}, k_LimbOrder);
+    leg.ankle = AddJoint(skeleton, side + "Ankle", leg.knee, {0, -k_Shin, 0}, k_LimbOrder);
+    leg.toe = AddJoint(skeleton, side + "Toe", leg.ankle, {0, k_ToeHeight - k_AnkleHeight, k_ToeAhead}, k_LimbOrder);
     AddEndSite(skeleton, leg.toe, {0, -1.5, 6});
     return leg;
 }
@@ -322,7 +322,7 @@ Figure BuildFigure()
     Channels const trunkOrder = {Channel::YRotation, Channel::XRotation, Channel::ZRotation};
     Channels const rootChannels = {Channel::XPosition, Channel::YPosition, Channel::ZPosition,
                                    Channel::YRotation, Channel::XRotation, Channel::ZRotation};
-    figure.root = AddJoint(skeleton, "Hips", clip::kNoParent, {0, 0, 0}, rootChannels);
+    figure.root = AddJoint(skeleton, "Hips", clip::k_NoParent, {0, 0, 0}, rootChannels);
     figure.spine = AddJoint(skeleton, "Spine", figure.root, {0, 10, -1}, trunkOrder);
     figure.chest = AddJoint(skeleton, "Chest", figure.spine, {0, 18, -1}, trunkOrder);
     figure.neck = AddJoint(skeleton, "Neck", figure.chest, {0, 21, 1}, trunkOrder);
@@ -382,12 +382,12 @@ void PoseTrunk(Pose & pose, Figure const & figure, Walk const & walk, double tim
 {
     double const steps = Walk::LeftSteps(time);
     double const turning = Turning(time);
-    double const sway = 2 * Wave(steps - kStanceShare / 2);
+    double const sway = 2 * Wave(steps - k_StanceShare / 2);
     double const bob = -1.4 * Wave(2 * (steps - 0.05));
     double const twist = Wave(steps);
     Vector const place = Advance(walk.GetPath().At(time), Left(Heading(time)), sway);
     pose.Set(figure.root, Channel::XPosition, place.X);
-    pose.Set(figure.root, Channel::YPosition, kRootHeight + bob);
+    pose.Set(figure.root, Channel::YPosition, k_RootHeight + bob);
     pose.Set(figure.root, Channel::ZPosition, place.Z);
     pose.SetAngles(figure.root, 2.5, Heading(time) - 4 * twist, 2.5 * Wave(steps + 0.2) - turning);
     pose.SetAngles(figure.spine, 1.5, 5 * twist, -1.5 * Wave(steps + 0.2) - 1.5 * turning);
@@ -410,13 +410,13 @@ void PoseHangingArm(Pose & pose, Figure::Arm const & arm, double forward, double
 /// down. Its middle rotation passes a quarter turn on both ways.
 void PoseWavingArm(Pose & pose, Figure::Arm const & arm, double forward, double time)
 {
-    constexpr double kUpStart = 2.1;
-    constexpr double kUpEnd = 3.7;
-    constexpr double kDownStart = 4.9;
-    constexpr double kDownEnd = 6.5;
-    double const up =
-        Smooth((time - kUpStart) / (kUpEnd - kUpStart)) * (1 - Smooth((time - kDownStart) / (kDownEnd - kDownStart)));
-    double const wave = up * std::sin(2 * std::numbers::pi * 1.25 * (time - kUpStart));
+    constexpr double k_UpStart = 2.1;
+    constexpr double k_UpEnd = 3.7;
+    constexpr double k_DownStart = 4.9;
+    constexpr double k_DownEnd = 6.5;
+    double const up = Smooth((time - k_UpStart) / (k_UpEnd - k_UpStart)) *
+                      (1 - Smooth((time - k_DownStart) / (k_DownEnd - k_DownStart)));
+    double const wave = up * std::sin(2 * std::numbers::pi * 1.25 * (time - k_UpStart));
     double const down = 1 - up;
     pose.SetAngles(arm.collar, 0, 2 * forward * down, -8 * up);
     pose.SetAngles(arm.shoulder, (2 - 23 * forward) * down - 152 * up, 4 + 14 * up, -7 - 9 * up);
@@ -435,10 +435,10 @@ void PoseHipAndKnee(Pose & pose, Figure::Leg const & leg, Foot const & foot, dou
     reach.Sub(foot.ankle, RowOf(hip, 3));
     Vector const target(Dot(reach, RowOf(hip, 0)), Dot(reach, RowOf(hip, 1)), Dot(reach, RowOf(hip, 2)));
 
-    constexpr double kLongest = 0.9995 * (kThigh + kShin);
-    double const square = std::min(Dot(target, target), kLongest * kLongest);
-    double const knee = std::acos((square - kThigh * kThigh - kShin * kShin) / (2 * kThigh * kShin));
-    Vector const bent(0, -kThigh - kShin * std::cos(knee), -kShin * std::sin(knee));
+    constexpr double k_Longest = 0.9995 * (k_Thigh + k_Shin);
+    double const square = std::min(Dot(target, target), k_Longest * k_Longest);
+    double const knee = std::acos((square - k_Thigh * k_Thigh - k_Shin * k_Shin) / (2 * k_Thigh * k_Shin));
+    Vector const bent(0, -k_Thigh - k_Shin * std::cos(knee), -k_Shin * std::sin(knee));
     Vector const turned(bent.Z * std::sin(Radians(twist)), bent.Y, bent.Z * std::cos(Radians(twist)));
 
     double const radius = std::hypot(turned.Y, turned.Z);
@@ -469,8 +469,8 @@ void PoseFoot(Pose & pose, Figure::Leg const & leg, Foot const & foot)
 
 void PoseLeg(Pose & pose, Figure::Leg const & leg, Foot const & foot, double heading)
 {
-    constexpr double kHipShare = 0.6; // of the turn between body and foot; the ankle has the rest
-    PoseHipAndKnee(pose, leg, foot, kHipShare * (foot.heading - heading));
+    constexpr double k_HipShare = 0.6; // of the turn between body and foot; the ankle has the rest
+    PoseHipAndKnee(pose, leg, foot, k_HipShare * (foot.heading - heading));
     PoseFoot(pose, leg, foot);
 }
 
@@ -497,12 +497,12 @@ clip::Clip Generate()
     Walk const walk;
     clip::Clip motion;
     motion.skeleton = figure.skeleton;
-    motion.frameCount = kFrameCount;
+    motion.frameCount = k_FrameCount;
     motion.frameTime = 0.0333333;
-    motion.values.resize(kFrameCount * figure.skeleton.channelCount);
-    for (std::size_t frame = 0; frame < kFrameCount; ++frame)
+    motion.values.resize(k_FrameCount * figure.skeleton.channelCount);
+    for (std::size_t frame = 0; frame < k_FrameCount; ++frame)
     {
-        PoseFrame(figure, walk, kFrameTime * static_cast<double>(frame), motion.Frame(frame));
+        PoseFrame(figure, walk, k_FrameTime * static_cast<double>(frame), motion.Frame(frame));
     }
     std::transform(motion.values.begin(), motion.values.end(), motion.values.begin(), Rounded);
     return motion;
