@@ -1,5 +1,6 @@
 #include "math/rotation.h"
 
+#include "numeric/axis.h"
 #include "rotation/angle_constants.h"
 
 #include <cmath>
@@ -118,8 +119,7 @@ int C3DRotation::AlignAxesToVct(tagE3DAXISTYPE axis1, C3DVector3Tpl<double> cons
                                 C3DVector3Tpl<double> const & vct2, int & degenerate)
 {
     degenerate = 0;
-    bool const areAxes = axis1 >= E3D_AXIS_X && axis1 <= E3D_AXIS_Z && axis2 >= E3D_AXIS_X && axis2 <= E3D_AXIS_Z;
-    if (!areAxes || axis1 == axis2 || IsNegligible(vct1))
+    if (!NamesAxis(axis1) || !NamesAxis(axis2) || axis1 == axis2 || IsNegligible(vct1))
     {
         return 0;
     }

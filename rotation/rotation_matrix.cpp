@@ -1,5 +1,7 @@
 #include "math/rotation_matrix.h"
 
+#include "numeric/axis.h"
+
 #include <cmath>
 #include <istream>
 #include <ostream>
@@ -8,7 +10,7 @@ template <typename T>
 C3DRotMatTpl<T> & C3DRotMatTpl<T>::Set(tagE3DAXISTYPE axis, T angle)
 {
     SetIdentity();
-    if (axis != E3D_AXIS_X && axis != E3D_AXIS_Y && axis != E3D_AXIS_Z)
+    if (!math::detail::NamesAxis(axis))
     {
         return *this;
     }

@@ -8,17 +8,22 @@
 
 using namespace math::detail;
 
+void C3DRotation::MultiplyQuats(C3DRotation & a, C3DRotation & b)
+{
+    a.FreshenQuat();
+    b.FreshenQuat();
+    _SetDefinitelyIdentity(0);
+    m_Quat.Mul(b.m_Quat, a.m_Quat);
+    NormalizeQuat();
+}
+
 C3DRotation & C3DRotation::Mul(C3DRotation & a, C3DRotation & b)
 {
     bool const aIsIdentity = a.QuickIsIdentity() != 0;
     bool const bIsIdentity = b.QuickIsIdentity() != 0;
     if (!aIsIdentity && !bIsIdentity)
     {
-        a.FreshenQuat();
-        b.FreshenQuat();
-        _SetDefinitelyIdentity(0);
-        m_Quat.Mul(b.m_Quat, a.m_Quat);
-        NormalizeQuat();
+        MultiplyQuats(a, b);
         SetQuatRep();
         return *this;
     }
@@ -105,11 +110,7 @@ C3DRotation & C3DRotation::MulUsingEulerAnglesTarget(C3DRotation & a, C3DRotatio
     bool const bIsIdentity = b.QuickIsIdentity() != 0;
     if (!aIsIdentity && !bIsIdentity)
     {
-        a.FreshenQuat();
-        b.FreshenQuat();
-        _SetDefinitelyIdentity(0);
-        m_Quat.Mul(b.m_Quat, a.m_Quat);
-        NormalizeQuat();
+        MultiplyQuats(a, b);
         _SetQuatDirty(0);
     }
     else if (aIsIdentity && bIsIdentity)

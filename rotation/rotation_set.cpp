@@ -1,6 +1,7 @@
 #include "math/rotation.h"
 
 #include "math/rotation_conversions.h"
+#include "numeric/axis.h"
 #include "rotation/angle_constants.h"
 #include "rotation/euler_order.h"
 #include "rotation/rotation_flags.h"
@@ -12,11 +13,6 @@ using namespace math::detail;
 
 namespace
 {
-
-bool IsAxis(tagE3DAXISTYPE axis)
-{
-    return axis == E3D_AXIS_X || axis == E3D_AXIS_Y || axis == E3D_AXIS_Z;
-}
 
 /// Whether axis i acts before axis j. In an order that does not exist no axis does.
 bool ActsBefore(int i, int j, EulerOrder const * order)
@@ -104,7 +100,7 @@ C3DRotation & C3DRotation::Set(double x, double y, double z, tagE3DROTORDER orde
 
 C3DRotation & C3DRotation::Set(tagE3DAXISTYPE axis, double angle)
 {
-    if (angle == 0 || !IsAxis(axis))
+    if (angle == 0 || !NamesAxis(axis))
     {
         return SetIdentity();
     }

@@ -265,6 +265,7 @@ private:
     void FreshenMatrix();
     void FreshenAngles();
     void NormalizeQuat();
+    void MultiplyQuats(C3DRotation & a, C3DRotation & b);
     void FillMatrixFromQuat();
     void SetAnglesAsSource(C3DVector3Tpl<double> const & angles, tagE3DROTORDER order);
     void ConvertAnglesTo(tagE3DROTORDER order);

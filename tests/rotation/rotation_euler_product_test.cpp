@@ -103,7 +103,12 @@ TEST(RotationEulerProduct, Operands_from_angles_keep_their_numbers)
     EXPECT_TRUE(Same(Inside(a).Matrix(), MatrixOf(k_AnglesA, E3DROTORDER_ZXY)));
 }
 
-TEST(RotationEulerProduct, A_marked_operand_beside_the_reference_makes_a_copy_with_its_angles)
+namespace
+{
+
+/// Every state of the operand that is not marked, of the marked one and of the target, with every kind of reference.
+template <typename Check>
+void ForEachMarkedPair(Check check)
 {
     for (unsigned const flags : k_States)
     {
@@ -113,59 +118,62 @@ TEST(RotationEulerProduct, A_marked_operand_beside_the_reference_makes_a_copy_wi
             {
                 for (unsigned long const which : {1UL, 0UL, 2UL})
                 {
-                    C3DRotation other = MakeA(flags);
-                    C3DRotation identity = MakeB(mark | k_Marked);
-                    C3DRotation target = MakeTarget(old);
-                    which == 1 ? target.MulAndUpdateEulerAngles(other, identity, 1)
-                               : target.MulAndUpdateEulerAngles(identity, other, which);
-                    C3DRotation expected = MakeA(flags);
-                    Vector angles;
-                    expected.GetXYZAngles(angles);
-                    Inside inside(target);
-                    // What reading the angles leaves, with the angles as the source.
-                    EXPECT_EQ(inside.Flags(), (Inside(expected).Flags() & ~k_Source) | k_FromAngles);
-                    EXPECT_EQ(inside.Order(), E3DROTORDER_ZXY) << "the order is copied too";
-                    EXPECT_TRUE(Same(inside.Angles(), angles));
-                    EXPECT_TRUE(FreshFormsAre(target, JudgeOf(k_AnglesA, E3DROTORDER_ZXY), 1e-14));
-                    EXPECT_EQ(Inside(other).Flags(), flags) << "the operand is not freshened here";
-                    EXPECT_EQ(Inside(identity).Flags(), mark | k_Marked);
+                    check(flags, mark, old, which);
                 }
             }
         }
     }
 }
 
+} // namespace
+
+TEST(RotationEulerProduct, A_marked_operand_beside_the_reference_makes_a_copy_with_its_angles)
+{
+    ForEachMarkedPair(
+        [](unsigned flags, unsigned mark, unsigned old, unsigned long which)
+        {
+            C3DRotation other = MakeA(flags);
+            C3DRotation identity = MakeB(mark | k_Marked);
+            C3DRotation target = MakeTarget(old);
+            which == 1 ? target.MulAndUpdateEulerAngles(other, identity, 1)
+                       : target.MulAndUpdateEulerAngles(identity, other, which);
+            C3DRotation expected = MakeA(flags);
+            Vector angles;
+            expected.GetXYZAngles(angles);
+            Inside inside(target);
+            // What reading the angles leaves, with the angles as the source.
+            EXPECT_EQ(inside.Flags(), (Inside(expected).Flags() & ~k_Source) | k_FromAngles);
+            EXPECT_EQ(inside.Order(), E3DROTORDER_ZXY) << "the order is copied too";
+            EXPECT_TRUE(Same(inside.Angles(), angles));
+            EXPECT_TRUE(FreshFormsAre(target, JudgeOf(k_AnglesA, E3DROTORDER_ZXY), 1e-14));
+            EXPECT_EQ(Inside(other).Flags(), flags) << "the operand is not freshened here";
+            EXPECT_EQ(Inside(identity).Flags(), mark | k_Marked);
+        });
+}
+
 TEST(RotationEulerProduct, A_marked_reference_gives_the_other_rotation_in_the_order_of_the_identity_near_zero)
 {
-    for (unsigned const flags : k_States)
-    {
-        for (unsigned const mark : k_States)
+    ForEachMarkedPair(
+        [](unsigned flags, unsigned mark, unsigned old, unsigned long which)
         {
-            for (unsigned const old : {24U, 14U, 56U, 46U})
-            {
-                for (unsigned long const which : {1UL, 0UL, 2UL})
-                {
-                    C3DRotation other = MakeA(flags);
-                    C3DRotation identity = MakeB(mark | k_Marked);
-                    C3DRotation target = MakeTarget(old);
-                    which == 1 ? target.MulAndUpdateEulerAngles(identity, other, 1)
-                               : target.MulAndUpdateEulerAngles(other, identity, which);
-                    C3DRotation expected = MakeA(flags);
-                    Quat quat;
-                    expected.GetQuat(quat);
-                    Inside inside(target);
-                    EXPECT_EQ(inside.Flags(), 2U);
-                    EXPECT_EQ(inside.Order(), E3DROTORDER_XZY);
-                    EXPECT_TRUE(Same(inside.Quat(), quat));
-                    EXPECT_EQ(inside.Angle(), Inside(expected).Angle()) << "the caller's angle is copied with it";
-                    EXPECT_TRUE(Same(inside.Matrix(), MatrixOfQuat(quat)));
-                    EXPECT_TRUE(Same(inside.Angles(), Extract(quat, Vector(0, 0, 0), E3DROTORDER_XZY)));
-                    EXPECT_EQ(Inside(other).Flags(), flags);
-                    EXPECT_EQ(Inside(identity).Flags(), mark | k_Marked);
-                }
-            }
-        }
-    }
+            C3DRotation other = MakeA(flags);
+            C3DRotation identity = MakeB(mark | k_Marked);
+            C3DRotation target = MakeTarget(old);
+            which == 1 ? target.MulAndUpdateEulerAngles(identity, other, 1)
+                       : target.MulAndUpdateEulerAngles(other, identity, which);
+            C3DRotation expected = MakeA(flags);
+            Quat quat;
+            expected.GetQuat(quat);
+            Inside inside(target);
+            EXPECT_EQ(inside.Flags(), 2U);
+            EXPECT_EQ(inside.Order(), E3DROTORDER_XZY);
+            EXPECT_TRUE(Same(inside.Quat(), quat));
+            EXPECT_EQ(inside.Angle(), Inside(expected).Angle()) << "the caller's angle is copied with it";
+            EXPECT_TRUE(Same(inside.Matrix(), MatrixOfQuat(quat)));
+            EXPECT_TRUE(Same(inside.Angles(), Extract(quat, Vector(0, 0, 0), E3DROTORDER_XZY)));
+            EXPECT_EQ(Inside(other).Flags(), flags);
+            EXPECT_EQ(Inside(identity).Flags(), mark | k_Marked);
+        });
 }
 
 TEST(RotationEulerProduct, Of_two_marked_operands_the_first_counts_as_the_identity_and_the_second_as_the_other)
