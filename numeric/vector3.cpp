@@ -41,7 +41,7 @@ C3DVector3Tpl<T> & C3DVector3Tpl<T>::MulSkippingZeros(C3DVector3Tpl const & v, C
     for (int row = 0; row < 3; ++row)
     {
         T const component = v.GetArray()[row];
-        if (component < 0 || component > 0)
+        if (std::abs(component) > 0)
         {
             for (int column = 0; column < 4; ++column)
             {

@@ -9,6 +9,7 @@
 #include "math/vector3.h"
 #include "math/vector4.h"
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <iosfwd>
@@ -218,10 +219,7 @@ public:
         Row b1;
         Row b2;
         Row b3;
-        math::detail::LoadRow(b0, b.m_Elements[0]);
-        math::detail::LoadRow(b1, b.m_Elements[1]);
-        math::detail::LoadRow(b2, b.m_Elements[2]);
-        math::detail::LoadRow(b3, b.m_Elements[3]);
+        math::detail::LoadRows(b.GetArray(), b0, b1, b2, b3);
         for (int r = 0; r < 4; ++r)
         {
             T const * const row = a.m_Elements[r];
@@ -337,9 +335,9 @@ inline C3DMatrix33Tpl<T> & C3DMatrix33Tpl<T>::Set(int r, int c, C3DMatrix44Tpl<T
 template <typename T>
 inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DMatrix44Tpl<T> const & m)
 {
-    // A product that is neither 0 nor a NaN has no factor that is: every row of m counts.
-    T const product = v.X * v.Y * v.Z;
-    if (!(product < 0 || product > 0)) [[unlikely]]
+    // A product that is neither 0 nor a NaN has no factor that is: every row of m counts. The magnitude is compared, so
+    // that no branch hangs on the sign, which is a coin toss from point to point.
+    if (!(std::abs(v.X * v.Y * v.Z) > 0)) [[unlikely]]
     {
         return MulSkippingZeros(v, m);
     }
@@ -348,10 +346,7 @@ inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DM
     Row y;
     Row z;
     Row last;
-    math::detail::LoadRow(x, m.GetArray());
-    math::detail::LoadRow(y, m.GetArray() + 4);
-    math::detail::LoadRow(z, m.GetArray() + 8);
-    math::detail::LoadRow(last, m.GetArray() + 12);
+    math::detail::LoadRows(m.GetArray(), x, y, z, last);
     Row const sum = last + v.X * x + v.Y * y + v.Z * z;
     T const reciprocal = T(1) / sum[3];
     return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
@@ -365,10 +360,7 @@ inline C3DVector4Tpl<T> & C3DVector4Tpl<T>::Mul(C3DVector4Tpl<T> const & v, C3DM
     Row y;
     Row z;
     Row w;
-    math::detail::LoadRow(x, m.GetArray());
-    math::detail::LoadRow(y, m.GetArray() + 4);
-    math::detail::LoadRow(z, m.GetArray() + 8);
-    math::detail::LoadRow(w, m.GetArray() + 12);
+    math::detail::LoadRows(m.GetArray(), x, y, z, w);
     Row const sum = v.X * x + v.Y * y + v.Z * z + v.W * w;
     math::detail::StoreRow(sum, GetArray());
     return *this;

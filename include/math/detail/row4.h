@@ -17,10 +17,15 @@ struct Row4
     typedef T Lanes __attribute__((vector_size(4 * sizeof(T)))); // NOLINT(modernize-use-using): takes the attribute
 };
 
+/// The rows of a four by four array.
 template <typename T>
-inline void LoadRow(typename Row4<T>::Lanes & row, T const * source)
+inline void LoadRows(T const * source, typename Row4<T>::Lanes & row0, typename Row4<T>::Lanes & row1,
+                     typename Row4<T>::Lanes & row2, typename Row4<T>::Lanes & row3)
 {
-    std::memcpy(&row, source, sizeof row);
+    std::memcpy(&row0, source, sizeof row0);
+    std::memcpy(&row1, source + 4, sizeof row1);
+    std::memcpy(&row2, source + 8, sizeof row2);
+    std::memcpy(&row3, source + 12, sizeof row3);
 }
 
 template <typename T>
