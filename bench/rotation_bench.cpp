@@ -6,6 +6,7 @@
 #include "math/rotation.h"
 #include "math/rotation_conversions.h"
 #include "random_values.h"
+#include "run_over_array.h"
 
 #include <Eigen/Dense>
 #include <Eigen/Geometry>
@@ -20,27 +21,8 @@ namespace
 
 constexpr std::size_t k_Count = 256;
 
-void CountItems(benchmark::State & state, std::size_t perIteration)
-{
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(perIteration));
-}
-
-/// Runs an operation over arrays of its inputs and outputs.
-template <typename In, typename Out, typename Operation>
-void RunOverArray(benchmark::State & state, std::vector<In> const & in, std::vector<Out> out, Operation operation)
-{
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < out.size(); ++i)
-        {
-            operation(in, out, i);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    CountItems(state, out.size());
-}
-
+using bench::CountItems;
+using bench::RunOverArray;
 using Angles = C3DVector3Tpl<double>;
 using Quaternion = C3DQuatTpl<double>;
 using RotationMatrix = C3DRotMatTpl<double>;

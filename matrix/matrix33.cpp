@@ -2,6 +2,7 @@
 
 #include "math/matrix44.h"
 #include "matrix/elements.h"
+#include "matrix/inverse33.h"
 #include "matrix/jacobi.h"
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"
@@ -121,44 +122,16 @@ int C3DMatrix33Tpl<T>::GetEigenVectors(C3DMatrix33Tpl & vectors, C3DVector3Tpl<T
     return IsSymmetric(epsilon) != 0 ? ComputeEigen(m_Elements, vectors.m_Elements, values, epsilon) : 0;
 }
 
-namespace
-{
-
-/// Hands over the elements of the adjugate of a one by one: element [r][c] is the cofactor of a[c][r].
-template <typename T, typename Store>
-inline void VisitAdjugate(T const (*const a)[3], Store store)
-{
-    store(0, 0, a[1][1] * a[2][2] - a[1][2] * a[2][1]);
-    store(0, 1, a[0][2] * a[2][1] - a[0][1] * a[2][2]);
-    store(0, 2, a[0][1] * a[1][2] - a[0][2] * a[1][1]);
-    store(1, 0, a[1][2] * a[2][0] - a[1][0] * a[2][2]);
-    store(1, 1, a[0][0] * a[2][2] - a[0][2] * a[2][0]);
-    store(1, 2, a[0][2] * a[1][0] - a[0][0] * a[1][2]);
-    store(2, 0, a[1][0] * a[2][1] - a[1][1] * a[2][0]);
-    store(2, 1, a[0][1] * a[2][0] - a[0][0] * a[2][1]);
-    store(2, 2, a[0][0] * a[1][1] - a[0][1] * a[1][0]);
-}
-
-} // namespace
-
 template <typename T>
 void C3DMatrix33Tpl<T>::ComputeDetAndDetSize(T const (*const a)[3], T & det, T & size)
 {
-    T const term0 = a[0][0] * a[1][1] * a[2][2];
-    T const term1 = a[0][1] * a[1][2] * a[2][0];
-    T const term2 = a[0][2] * a[1][0] * a[2][1];
-    T const term3 = a[0][2] * a[1][1] * a[2][0];
-    T const term4 = a[0][1] * a[1][0] * a[2][2];
-    T const term5 = a[0][0] * a[1][2] * a[2][1];
-    // The sum starts at 0, so that six negative zeros make a positive one.
-    det = T(0) + term0 + term1 + term2 - term3 - term4 - term5;
-    size = std::abs(term0) + std::abs(term1) + std::abs(term2) + std::abs(term3) + std::abs(term4) + std::abs(term5);
+    math::detail::SumTripleProducts(a, det, size);
 }
 
 template <typename T>
 void C3DMatrix33Tpl<T>::ComputeAdjoint(T const (*const a)[3], T (*const out)[3])
 {
-    VisitAdjugate(a, [out](int r, int c, T value) { out[r][c] = value; });
+    math::detail::VisitAdjugate(a, [out](int r, int c, T value) { out[r][c] = value; });
 }
 
 template <typename T>
@@ -167,25 +140,14 @@ int C3DMatrix33Tpl<T>::ComputeInverse(T const (*const a)[3], T (*const out)[3], 
     double const wide[3][3] = {{double(a[0][0]), double(a[0][1]), double(a[0][2])},
                                {double(a[1][0]), double(a[1][1]), double(a[1][2])},
                                {double(a[2][0]), double(a[2][1]), double(a[2][2])}};
-    double det;
-    double size;
-    C3DMatrix33Tpl<double>::ComputeDetAndDetSize(wide, det, size);
-    if (size == 0 || !(std::abs(det / size) >= static_cast<double>(epsilon)))
-    {
-        return 0;
-    }
-    double const reciprocal = 1 / det;
+    double const limit = static_cast<double>(epsilon);
     if (transposed == 0)
     {
-        VisitAdjugate(wide, [out, reciprocal](int r, int c, double value)
-                      { out[r][c] = static_cast<T>(value * reciprocal); });
+        return math::detail::VisitInverse(wide, limit,
+                                          [out](int r, int c, double value) { out[r][c] = static_cast<T>(value); });
     }
-    else
-    {
-        VisitAdjugate(wide, [out, reciprocal](int r, int c, double value)
-                      { out[c][r] = static_cast<T>(value * reciprocal); });
-    }
-    return 1;
+    return math::detail::VisitInverse(wide, limit,
+                                      [out](int r, int c, double value) { out[c][r] = static_cast<T>(value); });
 }
 
 template <typename T>

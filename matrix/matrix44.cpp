@@ -1,5 +1,6 @@
 #include "math/matrix44.h"
 
+#include "math/detail/determinant4.h"
 #include "matrix/elements.h"
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"
@@ -172,17 +173,7 @@ int C3DMatrix44Tpl<T>::IsSingular(T /*epsilon*/) const
 template <typename T>
 T C3DMatrix44Tpl<T>::GetDet() const
 {
-    T const(&m)[4][4] = m_Elements;
-    T const d01 = m[2][0] * m[3][1] - m[2][1] * m[3][0];
-    T const d02 = m[2][0] * m[3][2] - m[2][2] * m[3][0];
-    T const d03 = m[2][0] * m[3][3] - m[2][3] * m[3][0];
-    T const d12 = m[2][1] * m[3][2] - m[2][2] * m[3][1];
-    T const d13 = m[2][1] * m[3][3] - m[2][3] * m[3][1];
-    T const d23 = m[2][2] * m[3][3] - m[2][3] * m[3][2];
-    return m[0][0] * (m[1][1] * d23 - m[1][2] * d13 + m[1][3] * d12) -
-           m[0][1] * (m[1][0] * d23 - m[1][2] * d03 + m[1][3] * d02) +
-           m[0][2] * (m[1][0] * d13 - m[1][1] * d03 + m[1][3] * d01) -
-           m[0][3] * (m[1][0] * d12 - m[1][1] * d02 + m[1][2] * d01);
+    return math::detail::Determinant(m_Elements);
 }
 
 template <typename T>

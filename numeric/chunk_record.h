@@ -9,8 +9,9 @@
 namespace math::detail
 {
 
-/// Writes a chunk whose content `writeContent` writes; it returns a result code. On any failure the stream is taken
-/// back to where it stood, and the code of the failure is returned.
+/// Writes a chunk whose content `writeContent` writes, with the helper that it is given or another on the same stream;
+/// it returns a result code. On any failure the stream is taken back to where it stood, and the code of the failure is
+/// returned.
 template <typename WriteContent>
 long SaveChunk(IStream * stream, unsigned long tag, unsigned long version, WriteContent writeContent)
 {
@@ -28,7 +29,7 @@ long SaveChunk(IStream * stream, unsigned long tag, unsigned long version, Write
     }
     if (result >= 0)
     {
-        result = writeContent();
+        result = writeContent(helper);
     }
     if (result >= 0)
     {

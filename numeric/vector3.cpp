@@ -5,6 +5,7 @@
 #include "math/platform/qn_vector.h"
 #include "math/platform/result.h"
 #include "math/rotation_matrix.h"
+#include "math/transformation_matrix.h"
 #include "numeric/bspline.h"
 #include "numeric/components.h"
 #include "numeric/plain_record.h"
@@ -35,9 +36,12 @@ C3DVector3Tpl<T>::operator QN_Vector() const
 }
 
 template <typename T>
-C3DVector3Tpl<T> & C3DVector3Tpl<T>::MulSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m)
+void C3DVector3Tpl<T>::MulPointSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m, T (&sum)[4])
 {
-    T sum[4] = {m.Get(3, 0), m.Get(3, 1), m.Get(3, 2), m.Get(3, 3)};
+    for (int column = 0; column < 4; ++column)
+    {
+        sum[column] = m.Get(3, column);
+    }
     for (int row = 0; row < 3; ++row)
     {
         T const component = v.GetArray()[row];
@@ -49,8 +53,6 @@ C3DVector3Tpl<T> & C3DVector3Tpl<T>::MulSkippingZeros(C3DVector3Tpl const & v, C
             }
         }
     }
-    T const reciprocal = T(1) / sum[3];
-    return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
 }
 
 template <typename T>

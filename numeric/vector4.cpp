@@ -1,6 +1,7 @@
 #include "math/vector4.h"
 
 #include "math/matrix44.h"
+#include "math/transformation_matrix.h"
 #include "numeric/components.h"
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"

@@ -1,8 +1,8 @@
 #include "math/rotation.h"
 
 #include "math/rotation_conversions.h"
+#include "rotation/angle_mark.h"
 #include "rotation/exact_identity.h"
-#include "rotation/rotation_flags.h"
 
 #include <cmath>
 #include <type_traits>
@@ -12,12 +12,14 @@ using namespace math::detail;
 // --- Construction ----------------------------------------------------------------------------------------------------
 
 C3DRotation::C3DRotation()
-    : m_Matrix(C3DInitRequest_DoNotInitialize()), m_Angle(0), m_Flags(k_IdentityFlags), m_RotOrder(E3DROTORDER_XYZ)
+    : m_Matrix(C3DInitRequest_DoNotInitialize()), m_Angle(0),
+      m_Flags(k_MatDirty | k_AnglesDirty | k_DefinitelyIdentity), m_RotOrder(E3DROTORDER_XYZ)
 {
 }
 
 C3DRotation::C3DRotation(C3DInitRequest_DoNotInitialize const & request)
-    : m_Quat(request), m_Matrix(request), m_Angle(0), m_Flags(k_UnsetFlags), m_RotOrder(E3DROTORDER_XYZ)
+    : m_Quat(request), m_Matrix(request), m_Angle(0), m_Flags(k_QuatDirty | k_MatDirty | k_AnglesDirty),
+      m_RotOrder(E3DROTORDER_XYZ)
 {
 }
 
@@ -62,56 +64,6 @@ C3DRotation::C3DRotation(double x, double y, double z, tagE3DROTORDER order)
 
 // --- The flags -------------------------------------------------------------------------------------------------------
 
-void C3DRotation::SetFlag(unsigned char flag, int value)
-{
-    m_Flags = static_cast<unsigned char>(value != 0 ? m_Flags | flag : m_Flags & ~flag);
-}
-
-tagE3DROTREPTYPE C3DRotation::_GetOrigRep() const
-{
-    return static_cast<tagE3DROTREPTYPE>(m_Flags & k_SourceMask);
-}
-
-void C3DRotation::_SetOrigRep(tagE3DROTREPTYPE rep)
-{
-    m_Flags = static_cast<unsigned char>((m_Flags & ~k_SourceMask) | (rep & k_SourceMask));
-}
-
-int C3DRotation::_IsQuatDirty() const
-{
-    return (m_Flags & k_QuatDirty) != 0;
-}
-
-int C3DRotation::_IsMatDirty() const
-{
-    return (m_Flags & k_MatDirty) != 0;
-}
-
-int C3DRotation::_AreAnglesDirty() const
-{
-    return (m_Flags & k_AnglesDirty) != 0;
-}
-
-void C3DRotation::_SetQuatDirty(int dirty)
-{
-    SetFlag(k_QuatDirty, dirty);
-}
-
-void C3DRotation::_SetMatDirty(int dirty)
-{
-    SetFlag(k_MatDirty, dirty);
-}
-
-void C3DRotation::_SetAnglesDirty(int dirty)
-{
-    SetFlag(k_AnglesDirty, dirty);
-}
-
-void C3DRotation::_SetDefinitelyIdentity(int identity)
-{
-    SetFlag(k_DefinitelyIdentity, identity);
-}
-
 void C3DRotation::SetQuatRep()
 {
     _SetOrigRep(E3DROTREPTYPE_QUAT);
@@ -145,7 +97,7 @@ int C3DRotation::NextAxis(int axis)
 
 void C3DRotation::UpdateQuat()
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         m_Quat.SetIdentity();
         m_Angle = 0;
@@ -158,13 +110,13 @@ void C3DRotation::UpdateQuat()
     {
         F3DEulerToQuat(m_XYZAngles, m_Quat, GetXYZRotOrder());
     }
-    m_Angle = 2 * std::acos(m_Quat.W);
+    m_Angle = k_AngleOfQuat;
     _SetQuatDirty(0);
 }
 
 void C3DRotation::UpdateMatrix()
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         m_Matrix.SetIdentity();
     }
@@ -181,7 +133,7 @@ void C3DRotation::UpdateMatrix()
 
 void C3DRotation::UpdateXYZAngles()
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         m_XYZAngles.SetNull();
         _SetAnglesDirty(0);
@@ -195,27 +147,11 @@ void C3DRotation::UpdateXYZAngles()
     _SetAnglesDirty(0);
 }
 
-void C3DRotation::FreshenQuat()
+void C3DRotation::FreshenAngle()
 {
-    if (_IsQuatDirty())
+    if (std::isnan(m_Angle))
     {
-        UpdateQuat();
-    }
-}
-
-void C3DRotation::FreshenMatrix()
-{
-    if (_IsMatDirty())
-    {
-        UpdateMatrix();
-    }
-}
-
-void C3DRotation::FreshenAngles()
-{
-    if (_AreAnglesDirty())
-    {
-        UpdateXYZAngles();
+        m_Angle = 2 * std::acos(m_Quat.W);
     }
 }
 
@@ -259,7 +195,7 @@ void C3DRotation::GetXYZAngles(double & x, double & y, double & z)
 
 void C3DRotation::GetXYZAngles(C3DVector3Tpl<double> & angles, tagE3DROTORDER order)
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         angles.SetNull();
         return;
@@ -276,6 +212,7 @@ void C3DRotation::GetXYZAngles(C3DVector3Tpl<double> & angles, tagE3DROTORDER or
 void C3DRotation::GetAxisAngle(C3DVector3Tpl<double> & axis, double & angle)
 {
     FreshenQuat();
+    FreshenAngle();
     angle = m_Angle;
     double const sine = std::sin(m_Angle * 0.5);
     if (std::abs(sine) >= k_StandardTolerance<double>)
@@ -297,7 +234,7 @@ tagE3DROTORDER C3DRotation::GetXYZRotOrder() const
 
 int C3DRotation::IsExactlyIdentity()
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         return 1;
     }
@@ -323,7 +260,7 @@ int C3DRotation::IsExactlyIdentity()
 
 int C3DRotation::IsAlmostIdentity(double const & epsilon) const
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         return 1;
     }
@@ -362,7 +299,7 @@ int C3DRotation::IsIdentity(double epsilon)
 
 int C3DRotation::QuickIsIdentity() const
 {
-    return (m_Flags & k_DefinitelyIdentity) != 0;
+    return _IsDefinitelyIdentity();
 }
 
 static_assert(std::is_trivially_copyable_v<C3DRotation> && std::is_standard_layout_v<C3DRotation>);

@@ -51,15 +51,9 @@ template <typename T>
 void MatToQuat(C3DRotMatTpl<T> const & m, C3DQuatTpl<T> & quat)
 {
     T const trace = m.GetTrace();
-    int i = 0;
-    if (m.Get(1, 1) > m.Get(0, 0))
-    {
-        i = 1;
-    }
-    if (m.Get(2, 2) > m.Get(i, i))
-    {
-        i = 2;
-    }
+    // Written so that no branch hangs on which it is, nor below on a sign: either is a coin toss.
+    int i = static_cast<int>(m.Get(1, 1) > m.Get(0, 0));
+    i = m.Get(2, 2) > m.Get(i, i) ? 2 : i;
     // The largest diagonal element competes with the trace, not the trace with 0: the square root is then taken of the
     // greatest of the four numbers it can be taken of.
     if (m.Get(i, i) >= trace)
@@ -68,15 +62,13 @@ void MatToQuat(C3DRotMatTpl<T> const & m, C3DQuatTpl<T> & quat)
         int const k = (j + 1) % 3;
         T const root = std::sqrt(m.Get(i, i) + 1 - m.Get(j, j) - m.Get(k, k)) * T(0.5);
         T const factor = T(0.25) / root;
-        T vector[3] = {};
-        vector[i] = root;
-        vector[j] = (m.Get(i, j) + m.Get(j, i)) * factor;
-        vector[k] = (m.Get(i, k) + m.Get(k, i)) * factor;
-        quat.Set((m.Get(j, k) - m.Get(k, j)) * factor, vector[0], vector[1], vector[2]);
-        if (quat.W < 0)
-        {
-            quat.Negate();
-        }
+        T const w = (m.Get(j, k) - m.Get(k, j)) * factor;
+        T const sign = 1 - 2 * static_cast<T>(w < 0);
+        T vector[3];
+        vector[i] = root * sign;
+        vector[j] = (m.Get(i, j) + m.Get(j, i)) * factor * sign;
+        vector[k] = (m.Get(i, k) + m.Get(k, i)) * factor * sign;
+        quat.Set(w * sign, vector[0], vector[1], vector[2]);
     }
     else
     {

@@ -19,8 +19,8 @@ void C3DRotation::MultiplyQuats(C3DRotation & a, C3DRotation & b)
 
 C3DRotation & C3DRotation::Mul(C3DRotation & a, C3DRotation & b)
 {
-    bool const aIsIdentity = a.QuickIsIdentity() != 0;
-    bool const bIsIdentity = b.QuickIsIdentity() != 0;
+    bool const aIsIdentity = a._IsDefinitelyIdentity() != 0;
+    bool const bIsIdentity = b._IsDefinitelyIdentity() != 0;
     if (!aIsIdentity && !bIsIdentity)
     {
         MultiplyQuats(a, b);
@@ -43,7 +43,7 @@ C3DRotation & C3DRotation::Mul(C3DRotation & a, C3DRotation & b)
 
 C3DRotation & C3DRotation::Mul(C3DRotation & b)
 {
-    if (b.QuickIsIdentity())
+    if (b._IsDefinitelyIdentity())
     {
         return *this;
     }
@@ -53,7 +53,7 @@ C3DRotation & C3DRotation::Mul(C3DRotation & b)
 
 C3DRotation & C3DRotation::LeftMul(C3DRotation & a)
 {
-    if (a.QuickIsIdentity())
+    if (a._IsDefinitelyIdentity())
     {
         return *this;
     }
@@ -72,7 +72,7 @@ void C3DRotation::SetAnglesAsSource(C3DVector3Tpl<double> const & angles, tagE3D
 C3DRotation & C3DRotation::MulAndUpdateEulerAngles(C3DRotation & a, C3DRotation & b, unsigned long which)
 {
     C3DRotation & reference = which == 1 ? a : b;
-    if (!a.QuickIsIdentity() && !b.QuickIsIdentity())
+    if (!a._IsDefinitelyIdentity() && !b._IsDefinitelyIdentity())
     {
         for (C3DRotation * const operand : {&a, &b})
         {
@@ -83,7 +83,7 @@ C3DRotation & C3DRotation::MulAndUpdateEulerAngles(C3DRotation & a, C3DRotation 
         C3DVector3Tpl<double> target = reference.m_XYZAngles;
         return MulUsingEulerAnglesTarget(a, b, target, reference.GetXYZRotOrder());
     }
-    bool const aIsIdentity = a.QuickIsIdentity() != 0;
+    bool const aIsIdentity = a._IsDefinitelyIdentity() != 0;
     C3DRotation & identity = aIsIdentity ? a : b;
     C3DRotation & other = aIsIdentity ? b : a;
     tagE3DROTORDER const identityOrder = identity.GetXYZRotOrder();
@@ -106,8 +106,8 @@ C3DRotation & C3DRotation::MulAndUpdateEulerAngles(C3DRotation & a, C3DRotation 
 C3DRotation & C3DRotation::MulUsingEulerAnglesTarget(C3DRotation & a, C3DRotation & b, C3DVector3Tpl<double> & target,
                                                      tagE3DROTORDER order)
 {
-    bool const aIsIdentity = a.QuickIsIdentity() != 0;
-    bool const bIsIdentity = b.QuickIsIdentity() != 0;
+    bool const aIsIdentity = a._IsDefinitelyIdentity() != 0;
+    bool const bIsIdentity = b._IsDefinitelyIdentity() != 0;
     if (!aIsIdentity && !bIsIdentity)
     {
         MultiplyQuats(a, b);
@@ -137,7 +137,7 @@ C3DRotation & C3DRotation::MulUsingEulerAnglesTarget(C3DRotation & a, C3DRotatio
 
 C3DRotation & C3DRotation::Interpolate(C3DRotation & a, C3DRotation & b, double t)
 {
-    if (a.QuickIsIdentity() && b.QuickIsIdentity())
+    if (a._IsDefinitelyIdentity() && b._IsDefinitelyIdentity())
     {
         return SetIdentity();
     }
@@ -157,7 +157,7 @@ C3DRotation & C3DRotation::Invert()
 
 C3DRotation & C3DRotation::Invert(C3DRotation & source)
 {
-    if (source.QuickIsIdentity())
+    if (source._IsDefinitelyIdentity())
     {
         return SetIdentity();
     }

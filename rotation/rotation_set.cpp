@@ -3,8 +3,8 @@
 #include "math/rotation_conversions.h"
 #include "numeric/axis.h"
 #include "rotation/angle_constants.h"
+#include "rotation/angle_mark.h"
 #include "rotation/euler_order.h"
-#include "rotation/rotation_flags.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,11 +46,11 @@ bool AnglesKeepTheirMeaning(C3DVector3Tpl<double> const & angles, tagE3DROTORDER
 
 C3DRotation & C3DRotation::SetIdentity()
 {
-    if (!QuickIsIdentity())
+    if (!_IsDefinitelyIdentity())
     {
         m_Quat.SetIdentity();
         m_Angle = 0;
-        m_Flags = k_IdentityFlags;
+        m_Flags = k_MatDirty | k_AnglesDirty | k_DefinitelyIdentity;
     }
     return *this;
 }
@@ -58,7 +58,7 @@ C3DRotation & C3DRotation::SetIdentity()
 void C3DRotation::NormalizeQuat()
 {
     m_Quat.Normalize();
-    m_Angle = 2 * std::acos(m_Quat.W);
+    m_Angle = k_AngleOfQuat;
 }
 
 C3DRotation & C3DRotation::Set(C3DQuatTpl<double> const & quat)
@@ -182,7 +182,7 @@ int C3DRotation::Set(C3DVector3Tpl<double> const & from, C3DVector3Tpl<double> c
 
 C3DRotation & C3DRotation::Set(tagE3DROTORDER order, int keepRotation)
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         m_RotOrder = static_cast<unsigned char>(order);
         return *this;
@@ -234,7 +234,7 @@ C3DRotation & C3DRotation::Set(C3DRotation const & source, int keepOwnOrder)
         return *this;
     }
     tagE3DROTORDER const ownOrder = GetXYZRotOrder();
-    if (source.QuickIsIdentity())
+    if (source._IsDefinitelyIdentity())
     {
         SetIdentity();
         m_RotOrder = keepOwnOrder != 0 ? m_RotOrder : source.m_RotOrder;

@@ -18,7 +18,7 @@ unsigned long const C3DRotation::k_dwVersion = 0x40;
 long C3DRotation::Save(IStream * stream, int format)
 {
     return math::detail::SaveChunk(stream, k_dwRotation, k_dwVersion,
-                                   [this, stream, format]
+                                   [this, stream, format](CKVStreamHelper & /*helper*/)
                                    {
                                        FreshenAngles();
                                        return m_XYZAngles.Save(stream, format);

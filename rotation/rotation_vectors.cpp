@@ -1,10 +1,10 @@
 #include "math/rotation.h"
 
-#include "rotation/rotate_vectors.h"
+#include "matrix/map_vectors.h"
 
 void C3DRotation::RotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         out = in;
         return;
@@ -15,7 +15,7 @@ void C3DRotation::RotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<doub
 
 void C3DRotation::InvRotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out)
 {
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         out = in;
         return;
@@ -40,7 +40,7 @@ void C3DRotation::Rotate(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl
     {
         return;
     }
-    if (QuickIsIdentity())
+    if (_IsDefinitelyIdentity())
     {
         for (long i = 0; i < n; ++i)
         {
@@ -54,5 +54,5 @@ void C3DRotation::Rotate(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl
     {
         matrix.Transpose();
     }
-    math::detail::RotateVectors(matrix, in, n, out);
+    math::detail::MapVectors(matrix, in, n, out);
 }

@@ -333,21 +333,29 @@ inline C3DMatrix33Tpl<T> & C3DMatrix33Tpl<T>::Set(int r, int c, C3DMatrix44Tpl<T
 }
 
 template <typename T>
-inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DMatrix44Tpl<T> const & m)
+template <typename Row>
+inline void C3DVector3Tpl<T>::MulPoint(C3DVector3Tpl<T> const & v, C3DMatrix44Tpl<T> const & m, Row & sum)
 {
-    // A product that is neither 0 nor a NaN has no factor that is: every row of m counts. The magnitude is compared, so
-    // that no branch hangs on the sign, which is a coin toss from point to point.
-    if (!(std::abs(v.X * v.Y * v.Z) > 0)) [[unlikely]]
-    {
-        return MulSkippingZeros(v, m);
-    }
-    using Row = typename math::detail::Row4<T>::Lanes;
     Row x;
     Row y;
     Row z;
     Row last;
     math::detail::LoadRows(m.GetArray(), x, y, z, last);
-    Row const sum = last + v.X * x + v.Y * y + v.Z * z;
+    sum = last + v.X * x + v.Y * y + v.Z * z;
+}
+
+template <typename T>
+inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DMatrix44Tpl<T> const & m)
+{
+    if (v.MayHaveZero()) [[unlikely]]
+    {
+        T sum[4];
+        MulPointSkippingZeros(v, m, sum);
+        T const reciprocal = T(1) / sum[3];
+        return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
+    }
+    typename math::detail::Row4<T>::Lanes sum;
+    MulPoint(v, m, sum);
     T const reciprocal = T(1) / sum[3];
     return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
 }

@@ -248,22 +248,55 @@ protected:
 private:
     friend class math::detail::RotationInspector;
 
+    // The bits of the flags. The lowest two name the source.
+    static constexpr unsigned char k_SourceMask = 3;
+    static constexpr unsigned char k_QuatDirty = 4;
+    static constexpr unsigned char k_MatDirty = 8;
+    static constexpr unsigned char k_AnglesDirty = 16;
+    static constexpr unsigned char k_DefinitelyIdentity = 32;
+
     // NOLINTBEGIN(bugprone-reserved-identifier): these names are the package's convention for its cached classes.
-    tagE3DROTREPTYPE _GetOrigRep() const;
-    void _SetOrigRep(tagE3DROTREPTYPE rep);
-    int _IsQuatDirty() const;
-    int _IsMatDirty() const;
-    int _AreAnglesDirty() const;
-    void _SetQuatDirty(int dirty);
-    void _SetMatDirty(int dirty);
-    void _SetAnglesDirty(int dirty);
-    void _SetDefinitelyIdentity(int identity);
+    tagE3DROTREPTYPE _GetOrigRep() const { return static_cast<tagE3DROTREPTYPE>(m_Flags & k_SourceMask); }
+    void _SetOrigRep(tagE3DROTREPTYPE rep)
+    {
+        m_Flags = static_cast<unsigned char>((m_Flags & ~k_SourceMask) | (rep & k_SourceMask));
+    }
+    int _IsQuatDirty() const { return (m_Flags & k_QuatDirty) != 0; }
+    int _IsMatDirty() const { return (m_Flags & k_MatDirty) != 0; }
+    int _AreAnglesDirty() const { return (m_Flags & k_AnglesDirty) != 0; }
+    int _IsDefinitelyIdentity() const { return (m_Flags & k_DefinitelyIdentity) != 0; }
+    void _SetQuatDirty(int dirty) { SetFlag(k_QuatDirty, dirty); }
+    void _SetMatDirty(int dirty) { SetFlag(k_MatDirty, dirty); }
+    void _SetAnglesDirty(int dirty) { SetFlag(k_AnglesDirty, dirty); }
+    void _SetDefinitelyIdentity(int identity) { SetFlag(k_DefinitelyIdentity, identity); }
     // NOLINTEND(bugprone-reserved-identifier)
 
-    void SetFlag(unsigned char flag, int value);
-    void FreshenQuat();
-    void FreshenMatrix();
-    void FreshenAngles();
+    void SetFlag(unsigned char flag, int value)
+    {
+        m_Flags = static_cast<unsigned char>(value != 0 ? m_Flags | flag : m_Flags & ~flag);
+    }
+    void FreshenQuat()
+    {
+        if (_IsQuatDirty())
+        {
+            UpdateQuat();
+        }
+    }
+    void FreshenMatrix()
+    {
+        if (_IsMatDirty())
+        {
+            UpdateMatrix();
+        }
+    }
+    void FreshenAngles()
+    {
+        if (_AreAnglesDirty())
+        {
+            UpdateXYZAngles();
+        }
+    }
+    void FreshenAngle();
     void NormalizeQuat();
     void MultiplyQuats(C3DRotation & a, C3DRotation & b);
     void FillMatrixFromQuat();

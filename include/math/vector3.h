@@ -18,6 +18,8 @@ template <typename T>
 class C3DMatrix44Tpl;
 template <typename T>
 class C3DRotMatTpl;
+template <typename T>
+class C3DXfoMatTpl;
 
 /// A point or a direction in space: three scalars X, Y, Z, contiguous and in this order.
 ///
@@ -204,6 +206,9 @@ public:
     /// The point (v, 1) as a row times m, divided by the resulting w, which is not tested. A component of v that is
     /// exactly 0 (or a NaN) contributes nothing, so an infinity or NaN in its row of m does not reach the result.
     inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m);
+
+    /// The point through an affine transformation: the same sums, with no division. Column 3 of m is not read.
+    inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DXfoMatTpl<T> const & m);
     ///@}
 
     /// \name Geometry
@@ -340,8 +345,15 @@ public:
     }
 
 private:
-    /// The product with a homogeneous matrix where some component may be 0, an underflowing product of them included.
-    C3DVector3Tpl & MulSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m);
+    /// Whether a component may be 0 or a NaN. A product that is neither has no factor that is; one of three small
+    /// components can underflow. The magnitude is compared, so that no branch hangs on the sign, which is a coin toss
+    /// from point to point.
+    bool MayHaveZero() const { return !(std::abs(X * Y * Z) > 0); }
+
+    /// The row (v, 1) m, and the same with nothing from a component that is 0 or a NaN.
+    template <typename Row>
+    static inline void MulPoint(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m, Row & sum);
+    static void MulPointSkippingZeros(C3DVector3Tpl const & v, C3DMatrix44Tpl<T> const & m, T (&sum)[4]);
 };
 
 namespace math::detail

@@ -14,6 +14,8 @@
 class IStream;
 template <typename T>
 class C3DMatrix44Tpl;
+template <typename T>
+class C3DXfoMatTpl;
 
 /// Four scalars X, Y, Z, W, contiguous and in this order, all of which take part in the arithmetic.
 ///
@@ -199,6 +201,10 @@ public:
 
     /// The column product m v.
     inline C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m, C3DVector4Tpl const & v);
+
+    /// The same two products with a transformation matrix.
+    inline C3DVector4Tpl & Mul(C3DVector4Tpl const & v, C3DXfoMatTpl<T> const & m);
+    inline C3DVector4Tpl & Mul(C3DXfoMatTpl<T> const & m, C3DVector4Tpl const & v);
     ///@}
 
     /// \name Geometry

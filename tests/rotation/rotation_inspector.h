@@ -21,7 +21,11 @@ public:
     C3DQuatTpl<double> & Quat() { return m_Rotation.m_Quat; }
     C3DRotMatTpl<double> & Matrix() { return m_Rotation.m_Matrix; }
     C3DVector3Tpl<double> & Angles() { return m_Rotation.m_XYZAngles; }
-    double & Angle() { return m_Rotation.m_Angle; }
+    double & Angle()
+    {
+        m_Rotation.FreshenAngle();
+        return m_Rotation.m_Angle;
+    }
     unsigned Flags() const { return m_Rotation.m_Flags; }
     void SetFlags(unsigned flags) { m_Rotation.m_Flags = static_cast<unsigned char>(flags); }
     int Order() const { return m_Rotation.m_RotOrder; }

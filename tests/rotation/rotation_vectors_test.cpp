@@ -1,6 +1,5 @@
 /// Rotating one vector and many.
 
-#include "rotation/rotate_vectors.h"
 #include "rotation/rotation_states.h"
 
 #include <bit>
@@ -209,51 +208,3 @@ TEST(RotationVectors, No_vectors_and_fewer_are_nothing_to_do)
         }
     }
 }
-
-#if defined(__x86_64__)
-
-// The array form takes one of these, whichever the machine can; here each is held to the scalar bits.
-TEST(RotationVectors, Each_kernel_does_its_whole_groups_with_the_scalar_bits)
-{
-    struct Kernel
-    {
-        long (*rotate)(C3DMatrix33Tpl<double> const &, Vector const *, long, Vector *);
-        long group;
-        bool runs;
-    };
-    test_support::Random random(504);
-    for (Kernel const & kernel : {Kernel{&math::detail::RotateByTwo, 2, true},
-                                  Kernel{&math::detail::RotateByFour, 4, __builtin_cpu_supports("avx") != 0},
-                                  Kernel{&math::detail::RotateByEight, 8, __builtin_cpu_supports("avx512f") != 0}})
-    {
-        for (long n = 0; kernel.runs && n <= 33; ++n)
-        {
-            for (std::size_t offset = 0; offset < 4; ++offset)
-            {
-                // A matrix of any numbers, so that no element can stand in for another.
-                Matrix m;
-                for (int i = 0; i < 9; ++i)
-                {
-                    m.Set(i / 3, i % 3, n % 3 == 0 ? Component(random) : random.Uniform(-1.0, 1.0));
-                }
-                std::vector<Vector> const in = Vectors(random, static_cast<std::size_t>(n) + offset);
-                std::vector<Vector> out(static_cast<std::size_t>(n) + k_Guard, k_GuardVector);
-                long const done = kernel.rotate(m, in.data() + offset, n, out.data());
-                EXPECT_EQ(done, n - n % kernel.group);
-                std::vector<Vector> inPlace = in;
-                kernel.rotate(m, inPlace.data() + offset, n, inPlace.data() + offset);
-                for (std::size_t i = 0; i < out.size(); ++i)
-                {
-                    bool const isDone = i < static_cast<std::size_t>(done);
-                    EXPECT_TRUE(SameBits(out[i], isDone ? Expected(m, in[offset + i], false) : k_GuardVector));
-                    if (isDone)
-                    {
-                        EXPECT_TRUE(SameBits(inPlace[offset + i], out[i]));
-                    }
-                }
-            }
-        }
-    }
-}
-
-#endif

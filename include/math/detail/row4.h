@@ -28,10 +28,19 @@ inline void LoadRows(T const * source, typename Row4<T>::Lanes & row0, typename 
     std::memcpy(&row3, source + 12, sizeof row3);
 }
 
-template <typename T>
-inline void StoreRow(typename Row4<T>::Lanes const & row, T * target)
+inline void StoreRow(Row4<float>::Lanes const & row, float * target)
 {
     std::memcpy(target, &row, sizeof row);
+}
+
+/// By halves: g++ takes a row of four doubles, for which the basic instruction set has no register, over the stack when
+/// it is stored as a whole.
+inline void StoreRow(Row4<double>::Lanes const & row, double * target)
+{
+    auto const low = __builtin_shufflevector(row, row, 0, 1);
+    auto const high = __builtin_shufflevector(row, row, 2, 3);
+    std::memcpy(target, &low, sizeof low);
+    std::memcpy(target + 2, &high, sizeof high);
 }
 
 } // namespace math::detail

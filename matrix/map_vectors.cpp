@@ -1,4 +1,6 @@
-#include "rotation/rotate_vectors.h"
+#include "matrix/map_vectors.h"
+
+#include <cmath>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -11,15 +13,9 @@ namespace
 {
 
 using Vector = C3DVector3Tpl<double>;
-using Matrix = C3DMatrix33Tpl<double>;
 
-void RotateEach(Matrix const & m, Vector const * in, long n, Vector * out)
-{
-    for (long i = 0; i < n; ++i)
-    {
-        out[i].Mul(in[i], m);
-    }
-}
+/// What is added for a product that is left out: it changes no sum, not even the sign of a zero.
+constexpr double k_NoProduct = -0.0;
 
 } // namespace
 
@@ -28,14 +24,15 @@ void RotateEach(Matrix const & m, Vector const * in, long n, Vector * out)
 // The three registers of eight vectors hold x0 y0 z0 x1 y1 z1 x2 y2 | z2 x3 ... x5 | y5 z5 ... z7. Two choices from two
 // registers each make the eight x, the eight y and the eight z, and back. In a choice, 8 and above is the second
 // register.
-__attribute__((target("avx512f"))) long RotateByEight(Matrix const & m, Vector const * in, long n, Vector * out)
+__attribute__((target("avx512f"))) long MapByEight(MapRows const & rows, bool arePoints, Vector const * in, long n,
+                                                   Vector * out)
 {
-    __m512d rows[3][3];
-    for (int r = 0; r < 3; ++r)
+    __m512d factors[4][3];
+    for (int r = 0; r < 4; ++r)
     {
         for (int c = 0; c < 3; ++c)
         {
-            rows[r][c] = _mm512_set1_pd(m.Get(r, c));
+            factors[r][c] = _mm512_set1_pd(rows[r][c]);
         }
     }
     // Places whose content is replaced by the second choice are given as 0.
@@ -62,10 +59,27 @@ __attribute__((target("avx512f"))) long RotateByEight(Matrix const & m, Vector c
         __m512d const y = _mm512_permutex2var_pd(_mm512_permutex2var_pd(a, yFromAB, b), yFromC, c);
         __m512d const z = _mm512_permutex2var_pd(_mm512_permutex2var_pd(a, zFromAB, b), zFromC, c);
         __m512d product[3];
-        for (int k = 0; k < 3; ++k)
+        if (arePoints)
         {
-            product[k] = _mm512_add_pd(_mm512_add_pd(_mm512_mul_pd(x, rows[0][k]), _mm512_mul_pd(y, rows[1][k])),
-                                       _mm512_mul_pd(z, rows[2][k]));
+            __m512d const none = _mm512_set1_pd(k_NoProduct);
+            __m512d const zero = _mm512_setzero_pd();
+            __mmask8 const useX = _mm512_cmp_pd_mask(x, zero, _CMP_NEQ_OQ);
+            __mmask8 const useY = _mm512_cmp_pd_mask(y, zero, _CMP_NEQ_OQ);
+            __mmask8 const useZ = _mm512_cmp_pd_mask(z, zero, _CMP_NEQ_OQ);
+            for (int k = 0; k < 3; ++k)
+            {
+                __m512d const sum = _mm512_add_pd(factors[3][k], _mm512_mask_mul_pd(none, useX, x, factors[0][k]));
+                product[k] = _mm512_add_pd(_mm512_add_pd(sum, _mm512_mask_mul_pd(none, useY, y, factors[1][k])),
+                                           _mm512_mask_mul_pd(none, useZ, z, factors[2][k]));
+            }
+        }
+        else
+        {
+            for (int k = 0; k < 3; ++k)
+            {
+                __m512d const sum = _mm512_add_pd(_mm512_mul_pd(x, factors[0][k]), _mm512_mul_pd(y, factors[1][k]));
+                product[k] = _mm512_add_pd(sum, _mm512_mul_pd(z, factors[2][k]));
+            }
         }
         double * const target = out[i].GetArray();
         _mm512_storeu_pd(target, _mm512_permutex2var_pd(_mm512_permutex2var_pd(product[0], aFromXY, product[1]), aFromZ,
@@ -78,18 +92,48 @@ __attribute__((target("avx512f"))) long RotateByEight(Matrix const & m, Vector c
     return i;
 }
 
+namespace
+{
+
+/// A product; of points none where the component is 0 or a NaN.
+__attribute__((target("avx"))) inline __m256d Product(__m256d component, __m256d factor, bool skipZeros)
+{
+    __m256d const product = _mm256_mul_pd(component, factor);
+    if (!skipZeros)
+    {
+        return product;
+    }
+    __m256d const isUsed = _mm256_cmp_pd(component, _mm256_setzero_pd(), _CMP_NEQ_OQ);
+    return _mm256_blendv_pd(_mm256_set1_pd(k_NoProduct), product, isUsed);
+}
+
+inline __m128d Product(__m128d component, __m128d factor, bool skipZeros)
+{
+    __m128d const product = _mm_mul_pd(component, factor);
+    if (!skipZeros)
+    {
+        return product;
+    }
+    // The comparison alone takes a NaN for not equal.
+    __m128d const isUsed = _mm_and_pd(_mm_cmpneq_pd(component, _mm_setzero_pd()), _mm_cmpord_pd(component, component));
+    return _mm_or_pd(_mm_and_pd(isUsed, product), _mm_andnot_pd(isUsed, _mm_set1_pd(k_NoProduct)));
+}
+
+} // namespace
+
 // The 128-bit halves of the twelve numbers are loaded so that the low lanes hold the first two vectors and the high
 // lanes the other two,
 //     x0 y0 | x2 y2     z0 x1 | z2 x3     y1 z1 | y3 z3
 // from which one shuffle each makes the four x, the four y and the four z, and back.
-__attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const * in, long n, Vector * out)
+__attribute__((target("avx"))) long MapByFour(MapRows const & rows, bool arePoints, Vector const * in, long n,
+                                              Vector * out)
 {
-    __m256d rows[3][3];
-    for (int r = 0; r < 3; ++r)
+    __m256d factors[4][3];
+    for (int r = 0; r < 4; ++r)
     {
         for (int c = 0; c < 3; ++c)
         {
-            rows[r][c] = _mm256_set1_pd(m.Get(r, c));
+            factors[r][c] = _mm256_set1_pd(rows[r][c]);
         }
     }
     long i = 0;
@@ -108,8 +152,11 @@ __attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const 
         __m256d product[3];
         for (int c = 0; c < 3; ++c)
         {
-            product[c] = _mm256_add_pd(_mm256_add_pd(_mm256_mul_pd(x, rows[0][c]), _mm256_mul_pd(y, rows[1][c])),
-                                       _mm256_mul_pd(z, rows[2][c]));
+            __m256d const fromX = Product(x, factors[0][c], arePoints);
+            __m256d const fromY = Product(y, factors[1][c], arePoints);
+            __m256d const fromZ = Product(z, factors[2][c], arePoints);
+            __m256d const first = arePoints ? _mm256_add_pd(factors[3][c], fromX) : fromX;
+            product[c] = _mm256_add_pd(_mm256_add_pd(first, fromY), fromZ);
         }
         __m256d const outXy = _mm256_shuffle_pd(product[0], product[1], 0b0000);
         __m256d const outZx = _mm256_shuffle_pd(product[2], product[0], 0b1010);
@@ -126,14 +173,14 @@ __attribute__((target("avx"))) long RotateByFour(Matrix const & m, Vector const 
 }
 
 // In the same manner.
-long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
+long MapByTwo(MapRows const & rows, bool arePoints, Vector const * in, long n, Vector * out)
 {
-    __m128d rows[3][3];
-    for (int r = 0; r < 3; ++r)
+    __m128d factors[4][3];
+    for (int r = 0; r < 4; ++r)
     {
         for (int c = 0; c < 3; ++c)
         {
-            rows[r][c] = _mm_set1_pd(m.Get(r, c));
+            factors[r][c] = _mm_set1_pd(rows[r][c]);
         }
     }
     long i = 0;
@@ -149,8 +196,11 @@ long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
         __m128d product[3];
         for (int c = 0; c < 3; ++c)
         {
-            product[c] =
-                _mm_add_pd(_mm_add_pd(_mm_mul_pd(x, rows[0][c]), _mm_mul_pd(y, rows[1][c])), _mm_mul_pd(z, rows[2][c]));
+            __m128d const fromX = Product(x, factors[0][c], arePoints);
+            __m128d const fromY = Product(y, factors[1][c], arePoints);
+            __m128d const fromZ = Product(z, factors[2][c], arePoints);
+            __m128d const first = arePoints ? _mm_add_pd(factors[3][c], fromX) : fromX;
+            product[c] = _mm_add_pd(_mm_add_pd(first, fromY), fromZ);
         }
         double * const target = out[i].GetArray();
         _mm_storeu_pd(target, _mm_shuffle_pd(product[0], product[1], 0b00));
@@ -162,24 +212,71 @@ long RotateByTwo(Matrix const & m, Vector const * in, long n, Vector * out)
 
 #endif
 
-void RotateVectors(Matrix const & m, Vector const * in, long n, Vector * out)
+long MapByOne(MapRows const & rows, bool arePoints, Vector const * in, long n, Vector * out)
+{
+    for (long i = 0; i < n; ++i)
+    {
+        Vector const v = in[i];
+        for (int c = 0; c < 3; ++c)
+        {
+            auto const product = [&rows, arePoints, c](double component, int r)
+            { return !arePoints || std::abs(component) > 0 ? component * rows[r][c] : k_NoProduct; };
+            double const first = arePoints ? rows[3][c] + product(v.X, 0) : product(v.X, 0);
+            out[i].GetArray()[c] = first + product(v.Y, 1) + product(v.Z, 2);
+        }
+    }
+    return n;
+}
+
+namespace
+{
+
+void MapAll(MapRows const & rows, bool arePoints, Vector const * in, long n, Vector * out)
 {
     long done = 0;
 #if defined(__x86_64__)
     if (n >= 8 && __builtin_cpu_supports("avx512f"))
     {
-        done += RotateByEight(m, in, n, out);
+        done += MapByEight(rows, arePoints, in, n, out);
     }
     if (n - done >= 4 && __builtin_cpu_supports("avx"))
     {
-        done += RotateByFour(m, in + done, n - done, out + done);
+        done += MapByFour(rows, arePoints, in + done, n - done, out + done);
     }
     if (n - done >= 2)
     {
-        done += RotateByTwo(m, in + done, n - done, out + done);
+        done += MapByTwo(rows, arePoints, in + done, n - done, out + done);
     }
 #endif
-    RotateEach(m, in + done, n - done, out + done);
+    MapByOne(rows, arePoints, in + done, n - done, out + done);
+}
+
+template <typename Source>
+void CopyRows(Source const & m, int count, MapRows & rows)
+{
+    for (int r = 0; r < count; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            rows[r][c] = m.Get(r, c);
+        }
+    }
+}
+
+} // namespace
+
+void MapVectors(C3DMatrix33Tpl<double> const & m, Vector const * in, long n, Vector * out)
+{
+    MapRows rows = {};
+    CopyRows(m, 3, rows);
+    MapAll(rows, false, in, n, out);
+}
+
+void MapPoints(C3DMatrix44Tpl<double> const & m, Vector const * in, long n, Vector * out)
+{
+    MapRows rows;
+    CopyRows(m, 4, rows);
+    MapAll(rows, true, in, n, out);
 }
 
 } // namespace math::detail

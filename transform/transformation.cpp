@@ -1,0 +1,327 @@
+#include "math/transformation.h"
+
+#include "transform/component_mask.h"
+#include "transform/scale_clamp.h"
+
+#include <cmath>
+#include <new>
+
+using namespace math::detail;
+
+namespace
+{
+
+constexpr double k_Tolerance = k_StandardTolerance<double>;
+
+/// Above this dot product of two rows, as they stand, a matrix counts as sheared.
+constexpr double k_ShearTolerance = 1e-6;
+
+/// What the composition u r of two rotations is as a rotation, through the matrices, and in an order.
+void SetProduct(C3DRotation & rotation, C3DRotMatTpl<double> const & u, C3DRotation & r, tagE3DROTORDER order)
+{
+    C3DRotMatTpl<double> product{C3DInitRequest_DoNotInitialize()};
+    rotation.Set(product.Mul(u, *r.GetMatrix()));
+    rotation.Set(order, 1);
+}
+
+} // namespace
+
+// --- Construction ----------------------------------------------------------------------------------------------------
+
+// The matrix is stale and yet the identity: Invert leaves it in place of the inverse of a singular one.
+C3DTransfo::C3DTransfo()
+    : m_XfoRotOrder(E3DROTORDER_XYZ), m_Scaling(1, 1, 1), m_Translation(0, 0, 0), m_pScalingOrientation(nullptr),
+      m_Flags(k_XfoMatDirty | k_QNScaling | k_DefinitelyIdentity)
+{
+}
+
+C3DTransfo::C3DTransfo(C3DInitRequest_DoNotInitialize const & request, bool qnScaling)
+    : m_Rotation(request), m_XfoMat(request), m_XfoRotOrder(E3DROTORDER_XYZ), m_pScalingOrientation(nullptr),
+      m_Flags(k_ComponentsDirty | k_XfoMatDirty)
+{
+    _SetQNScaling(qnScaling);
+}
+
+C3DTransfo::C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & rotation,
+                       C3DVector3Tpl<double> const & translation)
+    : C3DTransfo()
+{
+    Set(scaling, rotation, translation);
+}
+
+C3DTransfo::C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation)
+    : C3DTransfo(scaling, scalingOrientation, C3DRotation(), C3DVector3Tpl<double>(0, 0, 0))
+{
+}
+
+C3DTransfo::C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation,
+                       C3DRotation const & rotation, C3DVector3Tpl<double> const & translation)
+    : C3DTransfo()
+{
+    Set(scaling, scalingOrientation, rotation, translation);
+}
+
+C3DTransfo::C3DTransfo(C3DTransfo const & source)
+    : m_Rotation(source.m_Rotation), m_XfoMat(source.m_XfoMat), m_XfoRotOrder(source.m_XfoRotOrder),
+      m_Scaling(source.m_Scaling), m_Translation(source.m_Translation), m_pScalingOrientation(nullptr),
+      m_Flags(source.m_Flags)
+{
+    if (source.m_pScalingOrientation != nullptr)
+    {
+        _AllocateScalingOrientationMatrix(true);
+        if (m_pScalingOrientation != nullptr)
+        {
+            *m_pScalingOrientation = *source.m_pScalingOrientation;
+        }
+    }
+}
+
+C3DTransfo & C3DTransfo::operator=(C3DTransfo const & source) = default;
+
+C3DTransfo::~C3DTransfo()
+{
+    _AllocateScalingOrientationMatrix(false);
+}
+
+void C3DTransfo::Init()
+{
+    m_pScalingOrientation = nullptr;
+    m_Flags = k_ComponentsDirty | k_XfoMatDirty | k_QNScaling;
+}
+
+long C3DTransfo::GetMemSize() const
+{
+    std::size_t const orientation = m_pScalingOrientation != nullptr ? sizeof *m_pScalingOrientation : 0;
+    return static_cast<long>(sizeof m_pScalingOrientation + orientation);
+}
+
+// --- The flags -------------------------------------------------------------------------------------------------------
+
+/// The order of the rotation goes on record, for a matrix that is about to take the place of the components.
+void C3DTransfo::NoteRotOrder()
+{
+    if (_IsXfoMatDirty() && !_AreComponentsDirty())
+    {
+        m_XfoRotOrder = m_Rotation.GetXYZRotOrder();
+    }
+}
+
+// --- The scaling orientation -----------------------------------------------------------------------------------------
+
+void C3DTransfo::_AllocateScalingOrientationMatrix(bool wanted)
+{
+    if (!wanted)
+    {
+        delete m_pScalingOrientation;
+        m_pScalingOrientation = nullptr;
+    }
+    else if (m_pScalingOrientation == nullptr)
+    {
+        m_pScalingOrientation = new (std::nothrow) C3DRotation();
+    }
+}
+
+bool C3DTransfo::HasScalingOrientation() const
+{
+    return m_pScalingOrientation != nullptr && !m_pScalingOrientation->IsAlmostIdentity(k_Tolerance);
+}
+
+/// The scaling orientation of clean components, and the identity where it is almost that or without effect.
+C3DRotation C3DTransfo::CopyEffectiveScalingOrientation() const
+{
+    return HasShearing() ? *m_pScalingOrientation : C3DRotation();
+}
+
+void C3DTransfo::StoreScalingOrientation(C3DRotation const & scalingOrientation)
+{
+    _AllocateScalingOrientationMatrix(!scalingOrientation.IsAlmostIdentity(k_Tolerance));
+    if (m_pScalingOrientation != nullptr)
+    {
+        m_pScalingOrientation->Set(scalingOrientation, 0);
+    }
+}
+
+// --- From components to the matrix, and back -------------------------------------------------------------------------
+
+bool C3DTransfo::IsMatrixSheared() const
+{
+    auto const dot = [this](int a, int b)
+    {
+        return m_XfoMat.Get(a, 0) * m_XfoMat.Get(b, 0) + m_XfoMat.Get(a, 1) * m_XfoMat.Get(b, 1) +
+               m_XfoMat.Get(a, 2) * m_XfoMat.Get(b, 2);
+    };
+    return std::abs(dot(0, 1)) > k_ShearTolerance || std::abs(dot(0, 2)) > k_ShearTolerance ||
+           std::abs(dot(1, 2)) > k_ShearTolerance;
+}
+
+bool C3DTransfo::HasShearing() const
+{
+    if (_IsDefinitelyIdentity())
+    {
+        return false;
+    }
+    return _AreComponentsDirty() ? IsMatrixSheared() : HasScalingOrientation();
+}
+
+void C3DTransfo::Combine()
+{
+    if (_IsDefinitelyIdentity())
+    {
+        m_XfoMat.SetIdentity();
+    }
+    else
+    {
+        m_XfoMat.SetCol(3, 0, 0, 0, 1);
+        if (HasScalingOrientation())
+        {
+            m_XfoMat.SetScalingAndRotation(m_Scaling, *m_pScalingOrientation);
+            m_XfoMat.MulTransByReg(*m_pScalingOrientation->GetMatrix(), m_XfoMat);
+            m_XfoMat.Mul(m_XfoMat, *m_Rotation.GetMatrix());
+        }
+        else
+        {
+            _AllocateScalingOrientationMatrix(false);
+            m_XfoMat.SetScalingAndRotation(m_Scaling, m_Rotation);
+        }
+        m_XfoMat.SetTranslation(m_Translation);
+    }
+    m_XfoRotOrder = m_Rotation.GetXYZRotOrder();
+    _SetXfoMatDirty(0);
+}
+
+void C3DTransfo::Factorize(unsigned char mask)
+{
+    // Where the matrix is stale as well there is nothing to read.
+    if (_IsDefinitelyIdentity() || _IsXfoMatDirty())
+    {
+        ResetComponents(static_cast<unsigned char>(mask | k_ScalingOrientationComponent));
+    }
+    else
+    {
+        IsMatrixSheared() ? FactorizeSheared(mask) : FactorizeUnsheared(mask);
+        if ((mask & k_TranslationComponent) != 0)
+        {
+            m_XfoMat.GetTranslation(m_Translation);
+        }
+    }
+    _SetComponentsDirty(0);
+}
+
+void C3DTransfo::FactorizeSheared(unsigned char mask)
+{
+    C3DRotMatTpl<double> u{C3DInitRequest_DoNotInitialize()};
+    C3DXfoMatTpl<double> remainder{C3DInitRequest_DoNotInitialize()};
+    m_XfoMat.GetAffineDecomposition(u, remainder);
+    if ((mask & k_RotationComponent) != 0)
+    {
+        C3DRotation rest;
+        if ((mask & k_ScalingComponent) != 0)
+        {
+            remainder.GetScalingAndRotation(m_Scaling, rest);
+        }
+        else
+        {
+            remainder.GetRotation(rest);
+        }
+        SetProduct(m_Rotation, u, rest, m_XfoRotOrder);
+    }
+    else if ((mask & k_ScalingComponent) != 0)
+    {
+        remainder.GetScaling(m_Scaling);
+    }
+    if ((mask & k_ScalingOrientationComponent) != 0)
+    {
+        _AllocateScalingOrientationMatrix(true);
+        if (m_pScalingOrientation != nullptr)
+        {
+            m_pScalingOrientation->Set(u.Transpose());
+        }
+    }
+}
+
+void C3DTransfo::FactorizeUnsheared(unsigned char mask)
+{
+    if ((mask & k_RotationComponent) != 0)
+    {
+        if ((mask & k_ScalingComponent) != 0)
+        {
+            m_XfoMat.GetScalingAndRotation(m_Scaling, m_Rotation);
+        }
+        else
+        {
+            m_XfoMat.GetRotation(m_Rotation);
+        }
+        m_Rotation.Set(m_XfoRotOrder, 1);
+    }
+    else if ((mask & k_ScalingComponent) != 0)
+    {
+        m_XfoMat.GetScaling(m_Scaling);
+    }
+    _AllocateScalingOrientationMatrix(false);
+}
+
+void C3DTransfo::ResetComponents(unsigned char mask)
+{
+    if ((mask & k_ScalingComponent) != 0)
+    {
+        m_Scaling.Set(1, 1, 1);
+    }
+    if ((mask & k_ScalingOrientationComponent) != 0)
+    {
+        _AllocateScalingOrientationMatrix(false);
+    }
+    if ((mask & k_RotationComponent) != 0)
+    {
+        m_Rotation.SetIdentity();
+    }
+    if ((mask & k_TranslationComponent) != 0)
+    {
+        m_Translation.SetNull();
+    }
+}
+
+// --- Tests -----------------------------------------------------------------------------------------------------------
+
+bool C3DTransfo::QuickIsIdentity() const
+{
+    return _IsDefinitelyIdentity();
+}
+
+bool C3DTransfo::IsExactlyIdentity()
+{
+    if (_IsDefinitelyIdentity())
+    {
+        return true;
+    }
+    if (!_IsXfoMatDirty())
+    {
+        return m_XfoMat.IsExactlyIdentity();
+    }
+    bool const identity = m_Translation.IsExactlyNull() && m_Scaling.X == 1 && m_Scaling.Y == 1 && m_Scaling.Z == 1 &&
+                          m_Rotation.IsExactlyIdentity();
+    if (identity)
+    {
+        _SetDefinitelyIdentity(1);
+    }
+    return identity;
+}
+
+bool C3DTransfo::IsIdentity(double epsilon)
+{
+    if (epsilon == 0)
+    {
+        return IsExactlyIdentity();
+    }
+    if (_IsDefinitelyIdentity())
+    {
+        return true;
+    }
+    if (!_IsXfoMatDirty())
+    {
+        return m_XfoMat.IsIdentity(epsilon);
+    }
+    auto const isNear = [epsilon](C3DVector3Tpl<double> const & v, double value) {
+        return std::abs(v.X - value) <= epsilon && std::abs(v.Y - value) <= epsilon && std::abs(v.Z - value) <= epsilon;
+    };
+    return isNear(m_Translation, 0) && isNear(m_Scaling, 1) && m_Rotation.IsAlmostIdentity(epsilon);
+}
