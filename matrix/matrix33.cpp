@@ -140,7 +140,7 @@ int C3DMatrix33Tpl<T>::ComputeInverse(T const (*const a)[3], T (*const out)[3], 
     double const wide[3][3] = {{double(a[0][0]), double(a[0][1]), double(a[0][2])},
                                {double(a[1][0]), double(a[1][1]), double(a[1][2])},
                                {double(a[2][0]), double(a[2][1]), double(a[2][2])}};
-    double const limit = static_cast<double>(epsilon);
+    auto const limit = static_cast<double>(epsilon);
     if (transposed == 0)
     {
         return math::detail::VisitInverse(wide, limit,

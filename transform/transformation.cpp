@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <new>
+#include <type_traits>
 
 using namespace math::detail;
 
@@ -92,7 +93,7 @@ void C3DTransfo::Init()
 long C3DTransfo::GetMemSize() const
 {
     std::size_t const orientation = m_pScalingOrientation != nullptr ? sizeof *m_pScalingOrientation : 0;
-    return static_cast<long>(sizeof m_pScalingOrientation + orientation);
+    return static_cast<long>(sizeof(void *) + orientation);
 }
 
 // --- The flags -------------------------------------------------------------------------------------------------------
@@ -325,3 +326,5 @@ bool C3DTransfo::IsIdentity(double epsilon)
     };
     return isNear(m_Translation, 0) && isNear(m_Scaling, 1) && m_Rotation.IsAlmostIdentity(epsilon);
 }
+
+static_assert(std::is_standard_layout_v<C3DTransfo>);

@@ -1,13 +1,17 @@
 #include "bake/bake.h"
 
 #include "bake/angle_motion.h"
+#include "bake/blend.h"
 #include "bake/curve_picture.h"
 #include "bake/joint_table.h"
 #include "bake/options.h"
+#include "bake/pose_file.h"
 #include "bake/pose_picture.h"
 #include "bake/reorder.h"
+#include "bake/world_angles.h"
 #include "clip/number_text.h"
 #include "clip/output_folder.h"
+#include "clip/pose.h"
 #include "clip/reader.h"
 #include "clip/skeleton.h"
 #include "clip/writer.h"
@@ -34,27 +38,43 @@ constexpr int k_Done = 0;
 constexpr int k_Failed = 1;
 constexpr int k_WrongInput = 2;
 
-struct Evaluation
+/// The most by which the times of a frame of two clips may differ, of the time itself.
+constexpr double k_SamePace = 1e-4;
+
+/// A clip that does not go with another one.
+class MismatchError : public std::runtime_error
 {
-    clip::WorldPositions positions;
-    double seconds;
+public:
+    using std::runtime_error::runtime_error;
 };
 
-Evaluation Evaluate(clip::Clip const & motion)
+/// What is baked: poses of the clip's skeleton, from the clip itself or from elsewhere.
+struct Subject
 {
-    auto const start = std::chrono::steady_clock::now();
-    clip::WorldPositions positions = clip::ComputeWorldPositions(motion);
-    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
-    return {std::move(positions), elapsed.count()};
-}
+    clip::Clip motion;
+    clip::PoseTrack poses;
+    clip::Composition composition;
+    double seconds; ///< that it took to make poses of the channels
+};
 
 /// The clip in another order, and what that changed.
 struct Rebake
 {
     Reordering plain;
     Reordering nearest;
-    double difference; ///< the greatest between the world positions of the clip and of the nearest one
+    WorldAngles worldAngles;
+    double difference; ///< the greatest between the world positions before and after
 };
+
+/// Runs an operation. \return its result and the seconds it took
+template <typename Operation>
+auto Measure(Operation const & operation)
+{
+    auto const start = std::chrono::steady_clock::now();
+    auto result = operation();
+    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
+    return std::pair(std::move(result), elapsed.count());
+}
 
 double ComputeGreatestDifference(clip::WorldPositions const & one, clip::WorldPositions const & other)
 {
@@ -68,10 +88,29 @@ double ComputeGreatestDifference(clip::WorldPositions const & one, clip::WorldPo
     return greatest;
 }
 
-Rebake Reexpress(clip::Clip const & motion, clip::ChannelOrder const & order, clip::WorldPositions const & positions)
+/// Scalings have no channel: a clip that was written has to be given them.
+clip::PoseTrack MakeScaledPoses(clip::Clip const & motion, clip::PoseTrack const & scaled)
 {
-    Rebake rebake{Reorder(motion, order, Extraction::Plain), Reorder(motion, order, Extraction::Nearest), 0};
-    rebake.difference = ComputeGreatestDifference(positions, clip::ComputeWorldPositions(rebake.nearest.clip));
+    clip::PoseTrack poses = clip::MakePoses(motion);
+    for (std::size_t frame = 0; frame < poses.FrameCount(); ++frame)
+    {
+        for (std::size_t i = 0; i < poses.JointCount(); ++i)
+        {
+            poses.Frame(frame)[i].scaling = scaled.Frame(frame)[i].scaling;
+        }
+    }
+    return poses;
+}
+
+Rebake Reexpress(Subject const & subject, clip::ChannelOrder const & order, clip::WorldPositions const & positions)
+{
+    Rebake rebake{Reorder(subject.motion, subject.poses, order, Extraction::Plain),
+                  Reorder(subject.motion, subject.poses, order, Extraction::Nearest),
+                  ComputeWorldAngles(subject.motion.skeleton, subject.poses, subject.composition, order), 0};
+    clip::Clip const & nearest = rebake.nearest.clip;
+    clip::PoseTrack const poses = MakeScaledPoses(nearest, subject.poses);
+    rebake.difference = ComputeGreatestDifference(
+        positions, clip::ComputeWorldMotion(nearest.skeleton, poses, subject.composition).positions);
     return rebake;
 }
 
@@ -81,25 +120,57 @@ void WriteRebake(clip::OutputFolder & folder, Rebake const & rebake, std::string
     clip::Clip const & nearest = rebake.nearest.clip;
     folder.Write("baked.bvh", [&](std::ostream & stream) { clip::WriteClip(stream, nearest); });
     folder.Write("angles.csv", [&](std::ostream & stream) { WriteAngleTable(stream, nearest); });
+    folder.Write("world-angles.csv",
+                 [&](std::ostream & stream) { WriteWorldAngleTable(stream, nearest.skeleton, rebake.worldAngles); });
     folder.Write("curves.svg",
                  [&](std::ostream & stream) {
                      DrawCurves({plain, nearest}, FindMostChanged(plain, nearest), name).Write(stream);
                  });
 }
 
-std::vector<std::filesystem::path> WriteResults(Options const & options, clip::Clip const & motion,
+void WritePoses(clip::OutputFolder & folder, std::string const & name, Subject const & subject)
+{
+    std::vector<unsigned char> const bytes =
+        EncodePoses({subject.poses, subject.composition, subject.motion.frameTime});
+    folder.Write(
+        name, [&](std::ostream & stream)
+        { stream.write(reinterpret_cast<char const *>(bytes.data()), static_cast<std::streamsize>(bytes.size())); });
+}
+
+/// All results are written before the first takes its place.
+std::vector<std::filesystem::path> WriteResults(Options const & options, Subject const & subject,
                                                 clip::WorldPositions const & positions,
                                                 std::optional<Rebake> const & rebake)
 {
     std::string const name = options.clip.stem().string();
+    clip::Skeleton const & skeleton = subject.motion.skeleton;
     clip::OutputFolder folder(options.outputFolder);
-    folder.Write("world.csv", [&](std::ostream & stream) { WriteWorldTable(stream, motion.skeleton, positions); });
-    folder.Write("pose.svg", [&](std::ostream & stream) { DrawPoses(motion, positions, name).Write(stream); });
+    folder.Write("world.csv", [&](std::ostream & stream) { WriteWorldTable(stream, skeleton, positions); });
+    folder.Write("pose.svg", [&](std::ostream & stream) { DrawPoses(subject.motion, positions, name).Write(stream); });
     if (rebake)
     {
         WriteRebake(folder, *rebake, name);
     }
-    return folder.Publish();
+    if (options.poseTarget.empty())
+    {
+        return folder.Publish();
+    }
+    std::filesystem::path const parent =
+        options.poseTarget.has_parent_path() ? options.poseTarget.parent_path() : std::filesystem::path(".");
+    std::string const poseName = options.poseTarget.filename().string();
+    clip::OutputFolder poseFolder(parent);
+    // In one folder with the results the poses must not take the name of one.
+    if (std::filesystem::equivalent(parent, options.outputFolder))
+    {
+        WritePoses(folder, poseName, subject);
+        return folder.Publish();
+    }
+    WritePoses(poseFolder, poseName, subject);
+    poseFolder.CheckPlaces();
+    std::vector<std::filesystem::path> files = folder.Publish();
+    poseFolder.Publish();
+    files.push_back(options.poseTarget);
+    return files;
 }
 
 std::string PointText(C3DVector3Tpl<double> const & point)
@@ -113,18 +184,24 @@ std::string PointText(C3DVector3Tpl<double> const & point)
     return text += ')';
 }
 
-void PrintSummary(std::ostream & output, clip::Clip const & motion, Evaluation const & evaluation)
+/// \param seconds from channels to world matrices
+void PrintSummary(std::ostream & output, Subject const & subject, clip::WorldMotion const & world, double seconds)
 {
-    std::size_t const jointCount = clip::CountJoints(motion.skeleton);
-    std::size_t const siteCount = motion.skeleton.joints.size() - jointCount;
-    clip::Bounds const bounds = clip::ComputeBounds(evaluation.positions.All());
-    double const jointFrames = static_cast<double>(jointCount) * static_cast<double>(motion.frameCount);
+    clip::Skeleton const & skeleton = subject.motion.skeleton;
+    std::size_t const frameCount = subject.poses.FrameCount();
+    std::size_t const jointCount = clip::CountJoints(skeleton);
+    std::size_t const siteCount = skeleton.joints.size() - jointCount;
+    clip::Bounds const bounds = clip::ComputeBounds(world.positions.All());
+    double const jointFrames = static_cast<double>(jointCount) * static_cast<double>(frameCount);
+    bool const isByComponent = subject.composition == clip::Composition::ByComponent;
     output << "joints        " << jointCount << " and " << siteCount << " end sites\n"
-           << "frames        " << motion.frameCount << '\n'
-           << "length        " << clip::RoundedText(motion.Length(), 3) << " s\n"
+           << "frames        " << frameCount << '\n'
+           << "length        " << clip::RoundedText(static_cast<double>(frameCount) * subject.motion.frameTime, 3)
+           << " s\n"
            << "bounding box  " << PointText(bounds.smallest) << " to " << PointText(bounds.largest) << '\n'
-           << "evaluation    " << clip::RoundedText(1e9 * evaluation.seconds / jointFrames, 1)
-           << " ns per joint and frame\n";
+           << "composition   by " << (isByComponent ? "component" : "matrix") << ", " << world.shearedCount << " of "
+           << skeleton.joints.size() * frameCount << " world transformations sheared\n"
+           << "evaluation    " << clip::RoundedText(1e9 * seconds / jointFrames, 1) << " ns per joint and frame\n";
 }
 
 void PrintJumps(std::ostream & output, std::string_view which, clip::Clip const & motion)
@@ -148,22 +225,89 @@ void PrintRebake(std::ostream & output, clip::Clip const & motion, clip::Channel
     }
 }
 
+void ScaleRoots(clip::PoseTrack & poses, clip::Skeleton const & skeleton, C3DVector3Tpl<double> const & scale)
+{
+    for (std::size_t frame = 0; frame < poses.FrameCount(); ++frame)
+    {
+        for (std::size_t i = 0; i < poses.JointCount(); ++i)
+        {
+            if (skeleton.joints[i].parent == clip::k_NoParent)
+            {
+                poses.Frame(frame)[i].scaling = scale;
+            }
+        }
+    }
+}
+
+/// The clip to blend in, of the same skeleton and at the same pace.
+clip::Clip ReadBlendClip(std::filesystem::path const & file, clip::Clip const & motion)
+{
+    clip::Clip other = clip::ReadClip(file);
+    if (!AreSameSkeleton(motion.skeleton, other.skeleton))
+    {
+        throw MismatchError(file.string() + ": the skeleton is another one than that of the clip");
+    }
+    if (std::abs(other.frameTime - motion.frameTime) > k_SamePace * motion.frameTime)
+    {
+        throw MismatchError(file.string() + ": a frame takes another time than one of the clip");
+    }
+    return other;
+}
+
+Subject MakeSubject(Options const & options)
+{
+    clip::Clip motion = clip::ReadClip(options.clip);
+    if (!options.poseSource.empty())
+    {
+        SavedPoses saved = LoadPoses(options.poseSource, motion.skeleton);
+        motion.frameTime = saved.frameTime;
+        return {std::move(motion), std::move(saved.poses), saved.composition, 0};
+    }
+    auto [poses, seconds] = Measure([&motion] { return clip::MakePoses(motion); });
+    return {std::move(motion), std::move(poses), clip::Composition::ByComponent, seconds};
+}
+
+Subject Prepare(Options const & options)
+{
+    Subject subject = MakeSubject(options);
+    subject.composition = options.composition.value_or(subject.composition);
+    if (!options.blendClip.empty())
+    {
+        clip::Clip const other = ReadBlendClip(options.blendClip, subject.motion);
+        subject.poses = Blend(subject.motion, subject.poses, other, clip::MakePoses(other), options.blendShare);
+    }
+    if (options.scale)
+    {
+        ScaleRoots(subject.poses, subject.motion.skeleton, *options.scale);
+    }
+    return subject;
+}
+
 void Bake(Options const & options, std::ostream & output)
 {
-    clip::Clip const motion = clip::ReadClip(options.clip);
-    Evaluation const evaluation = Evaluate(motion);
+    Subject const subject = Prepare(options);
+    auto const [world, seconds] = Measure(
+        [&subject] { return clip::ComputeWorldMotion(subject.motion.skeleton, subject.poses, subject.composition); });
     std::optional<Rebake> const rebake =
-        options.order ? std::optional(Reexpress(motion, *options.order, evaluation.positions)) : std::nullopt;
-    std::vector<std::filesystem::path> const files = WriteResults(options, motion, evaluation.positions, rebake);
-    PrintSummary(output, motion, evaluation);
+        options.order ? std::optional(Reexpress(subject, *options.order, world.positions)) : std::nullopt;
+    std::vector<std::filesystem::path> const files = WriteResults(options, subject, world.positions, rebake);
+    PrintSummary(output, subject, world, subject.seconds + seconds);
     if (rebake)
     {
-        PrintRebake(output, motion, *options.order, *rebake);
+        PrintRebake(output, subject.motion, *options.order, *rebake);
     }
     for (std::filesystem::path const & file : files)
     {
         output << "wrote         " << file.string() << '\n';
     }
+}
+
+/// Whether an error is one of what was given, and not of a file that could not be read or written.
+bool IsWrongInput(std::exception const & error)
+{
+    return dynamic_cast<clip::FormatError const *>(&error) != nullptr ||
+           dynamic_cast<PoseFileError const *>(&error) != nullptr ||
+           dynamic_cast<MismatchError const *>(&error) != nullptr;
 }
 
 } // namespace
@@ -185,13 +329,13 @@ int Run(std::span<char const * const> arguments, std::ostream & output, std::ost
         errors << "bake: " << error.what() << "\nTry \"bake --help\".\n";
         return k_WrongInput;
     }
-    catch (clip::FormatError const & error)
-    {
-        errors << error.what() << '\n';
-        return k_WrongInput;
-    }
     catch (std::exception const & error)
     {
+        if (IsWrongInput(error))
+        {
+            errors << error.what() << '\n';
+            return k_WrongInput;
+        }
         errors << "bake: " << error.what() << '\n';
         return k_Failed;
     }

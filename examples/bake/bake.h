@@ -7,7 +7,7 @@ namespace bake
 {
 
 /// The program, from the arguments behind its name to its exit status: 0 done, 1 a file could not be read or written,
-/// 2 the clip or the command line is wrong.
+/// 2 a clip, poses or the command line are wrong.
 int Run(std::span<char const * const> arguments, std::ostream & output, std::ostream & errors);
 
 } // namespace bake

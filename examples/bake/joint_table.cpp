@@ -81,4 +81,15 @@ void WriteAngleTable(std::ostream & stream, clip::Clip const & motion)
                [&](std::size_t frame, std::size_t joint) { return rotations[joint].Degrees(motion.Frame(frame)); });
 }
 
+void WriteWorldAngleTable(std::ostream & stream, clip::Skeleton const & skeleton, WorldAngles const & angles)
+{
+    std::vector<std::string> names;
+    for (std::size_t const joint : angles.joints)
+    {
+        names.push_back(skeleton.joints[joint].name);
+    }
+    WriteTable(stream, angles.degrees.size() / names.size(), names,
+               [&](std::size_t frame, std::size_t joint) { return angles.degrees[frame * names.size() + joint]; });
+}
+
 } // namespace bake

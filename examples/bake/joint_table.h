@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bake/world_angles.h"
 #include "clip/skeleton.h"
 
 #include <ostream>
@@ -15,5 +16,8 @@ void WriteWorldTable(std::ostream & stream, clip::Skeleton const & skeleton, cli
 
 /// The angles of all joints about X, Y and Z in degrees, as they stand in the clip.
 void WriteAngleTable(std::ostream & stream, clip::Clip const & motion);
+
+/// The angles of all joints in world space, as ComputeWorldAngles gives them, in degrees.
+void WriteWorldAngleTable(std::ostream & stream, clip::Skeleton const & skeleton, WorldAngles const & angles);
 
 } // namespace bake

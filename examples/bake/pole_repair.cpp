@@ -57,4 +57,11 @@ bool RepairAtPole(Matrix const & matrix, clip::ChannelOrder const & order, Vecto
     return true;
 }
 
+bool ExtractNearest(Matrix const & matrix, clip::ChannelOrder const & order, Vector & angles)
+{
+    Vector const target = angles;
+    F3DMatToEulerUsingTarget(matrix, angles, order.order);
+    return RepairAtPole(matrix, order, target, angles);
+}
+
 } // namespace bake

@@ -20,4 +20,9 @@ namespace bake
 bool RepairAtPole(C3DRotMatTpl<double> const & matrix, clip::ChannelOrder const & order,
                   C3DVector3Tpl<double> const & target, C3DVector3Tpl<double> & angles);
 
+/// The angles of a matrix in an order, the nearest to those that `angles` brings in, repaired at the pole.
+/// \return whether they had to be repaired
+bool ExtractNearest(C3DRotMatTpl<double> const & matrix, clip::ChannelOrder const & order,
+                    C3DVector3Tpl<double> & angles);
+
 } // namespace bake

@@ -102,7 +102,7 @@ class PosePicture
 public:
     PosePicture(clip::Clip const & motion, clip::WorldPositions const & positions)
         : m_Clip(motion), m_Positions(positions), m_Ends(clip::FindEnds(motion.skeleton)), m_Colors(ColorLimbs()),
-          m_Pieces(CutIntoPieces(motion.frameCount)), m_Bounds(clip::ComputeBounds(positions.All()))
+          m_Pieces(CutIntoPieces(positions.FrameCount())), m_Bounds(clip::ComputeBounds(positions.All()))
     {
         ChooseScale();
     }
@@ -218,9 +218,10 @@ private:
     void DrawHeader(clip::Drawing & drawing, std::string const & name) const
     {
         drawing.Text({k_Margin, 46}, name, {26, std::string(k_Ink), clip::Anchor::Start, true});
+        std::size_t const frameCount = m_Positions.FrameCount();
         drawing.Text({k_PageWidth - k_Margin, 46},
-                     std::to_string(clip::CountJoints(m_Clip.skeleton)) + " joints, " +
-                         std::to_string(m_Clip.frameCount) + " frames, " + clip::FixedText(m_Clip.Length(), 2) + " s",
+                     std::to_string(clip::CountJoints(m_Clip.skeleton)) + " joints, " + std::to_string(frameCount) +
+                         " frames, " + clip::FixedText(static_cast<double>(frameCount) * m_Clip.frameTime, 2) + " s",
                      {15, std::string(k_QuietInk), clip::Anchor::End});
         DrawLegend(drawing);
     }

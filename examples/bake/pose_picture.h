@@ -15,6 +15,7 @@ namespace bake
 /// piece. Both views and all columns share one scale, and the ground lies at the lowest position of the clip. A clip of
 /// less than six frames has one pose a frame.
 ///
+/// \param motion gives the skeleton and the time of a frame; its own motion may be another, and of another length
 /// \param name what the picture is titled
 clip::Drawing DrawPoses(clip::Clip const & motion, clip::WorldPositions const & positions, std::string const & name);
 

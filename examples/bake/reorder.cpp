@@ -56,35 +56,40 @@ clip::Skeleton ReorderSkeleton(clip::Skeleton const & skeleton, clip::ChannelOrd
 /// A joint's rotation before and after, and the angles of the frame before.
 struct RotationTrack
 {
-    clip::JointRotation from;
+    std::size_t joint;
+    tagE3DROTORDER from;
     clip::JointRotation to;
     Vector angles;
 };
 
-std::vector<RotationTrack> FindRotations(clip::Clip const & motion, clip::Skeleton const & reordered)
+std::vector<RotationTrack> FindRotations(clip::Skeleton const & skeleton, clip::Skeleton const & reordered,
+                                         clip::PoseTrack const & poses)
 {
     std::vector<RotationTrack> tracks;
-    for (std::size_t i = 0; i < motion.skeleton.joints.size(); ++i)
+    for (std::size_t i = 0; i < skeleton.joints.size(); ++i)
     {
-        if (!motion.skeleton.joints[i].isEndSite)
+        if (!skeleton.joints[i].isEndSite)
         {
-            clip::JointRotation const from(motion.skeleton.joints[i]);
-            tracks.push_back({from, clip::JointRotation(reordered.joints[i]), from.Radians(motion.Frame(0))});
+            tracks.push_back({i, clip::JointRotation(skeleton.joints[i]).Order().order,
+                              clip::JointRotation(reordered.joints[i]), poses.Frame(0)[i].angles});
         }
     }
     return tracks;
 }
 
-/// A position channel's place in a frame before and after.
-struct PositionPlaces
+/// A position channel: the number that it adds to, and its place in a frame before and after.
+struct PositionChannel
 {
+    std::size_t joint;
+    int axis;
+    double offset;
     std::size_t from;
     std::size_t to;
 };
 
-std::vector<PositionPlaces> FindPositions(clip::Skeleton const & skeleton, clip::Skeleton const & reordered)
+std::vector<PositionChannel> FindPositions(clip::Skeleton const & skeleton, clip::Skeleton const & reordered)
 {
-    std::vector<PositionPlaces> places;
+    std::vector<PositionChannel> positions;
     for (std::size_t i = 0; i < skeleton.joints.size(); ++i)
     {
         clip::Joint const & joint = skeleton.joints[i];
@@ -92,11 +97,23 @@ std::vector<PositionPlaces> FindPositions(clip::Skeleton const & skeleton, clip:
         {
             if (!clip::IsRotation(joint.channels[channel]))
             {
-                places.push_back({joint.firstChannel + channel, reordered.joints[i].firstChannel + channel});
+                int const axis = clip::AxisOf(joint.channels[channel]);
+                positions.push_back({i, axis, joint.offset.Get(axis), joint.firstChannel + channel,
+                                     reordered.joints[i].firstChannel + channel});
             }
         }
     }
-    return places;
+    return positions;
+}
+
+/// The number in a position channel that gives a translation: the clip's own if it does, as a difference may round.
+double FindPosition(PositionChannel const & channel, double translation, clip::Clip const & motion, std::size_t frame)
+{
+    if (frame < motion.frameCount && channel.offset + motion.Frame(frame)[channel.from] == translation)
+    {
+        return motion.Frame(frame)[channel.from];
+    }
+    return translation - channel.offset;
 }
 
 /// \return whether the angles had to be repaired
@@ -108,20 +125,18 @@ bool Extract(C3DRotMatTpl<double> const & matrix, clip::ChannelOrder const & ord
         F3DMatToEuler(matrix, angles, order.order);
         return false;
     }
-    Vector const target = angles;
-    F3DMatToEulerUsingTarget(matrix, angles, order.order);
-    return RepairAtPole(matrix, order, target, angles);
+    return ExtractNearest(matrix, order, angles);
 }
 
 /// \return how many rotations had to be repaired
-std::size_t ReorderFrame(std::span<double const> from, std::span<double> to, std::span<RotationTrack> tracks,
+std::size_t ReorderFrame(std::span<clip::JointPose const> from, std::span<double> to, std::span<RotationTrack> tracks,
                          Extraction extraction)
 {
     std::size_t repairs = 0;
     C3DRotMatTpl<double> matrix;
     for (RotationTrack & track : tracks)
     {
-        track.from.ComputeMatrix(from, matrix);
+        F3DEulerToMat(from[track.joint].angles, matrix, track.from);
         repairs += Extract(matrix, track.to.Order(), extraction, track.angles) ? 1 : 0;
         track.to.SetRadians(to, track.angles);
     }
@@ -130,28 +145,34 @@ std::size_t ReorderFrame(std::span<double const> from, std::span<double> to, std
 
 } // namespace
 
-Reordering Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction)
+Reordering Reorder(clip::Clip const & motion, clip::PoseTrack const & poses, clip::ChannelOrder const & order,
+                   Extraction extraction)
 {
     Reordering result;
     clip::Clip & reordered = result.clip;
     reordered.skeleton = ReorderSkeleton(motion.skeleton, order);
     reordered.frameTime = motion.frameTime;
-    reordered.frameCount = motion.frameCount;
-    reordered.values.resize(motion.frameCount * reordered.skeleton.channelCount);
+    reordered.frameCount = poses.FrameCount();
+    reordered.values.resize(reordered.frameCount * reordered.skeleton.channelCount);
 
-    std::vector<RotationTrack> tracks = FindRotations(motion, reordered.skeleton);
-    std::vector<PositionPlaces> const positions = FindPositions(motion.skeleton, reordered.skeleton);
-    for (std::size_t frame = 0; frame < motion.frameCount; ++frame)
+    std::vector<RotationTrack> tracks = FindRotations(motion.skeleton, reordered.skeleton, poses);
+    std::vector<PositionChannel> const positions = FindPositions(motion.skeleton, reordered.skeleton);
+    for (std::size_t frame = 0; frame < reordered.frameCount; ++frame)
     {
-        std::span<double const> const from = motion.Frame(frame);
+        std::span<clip::JointPose const> const from = poses.Frame(frame);
         std::span<double> const to = reordered.Frame(frame);
-        for (PositionPlaces const & place : positions)
+        for (PositionChannel const & channel : positions)
         {
-            to[place.to] = from[place.from];
+            to[channel.to] = FindPosition(channel, from[channel.joint].translation.Get(channel.axis), motion, frame);
         }
         result.repairs += ReorderFrame(from, to, tracks, extraction);
     }
     return result;
+}
+
+Reordering Reorder(clip::Clip const & motion, clip::ChannelOrder const & order, Extraction extraction)
+{
+    return Reorder(motion, clip::MakePoses(motion), order, extraction);
 }
 
 } // namespace bake

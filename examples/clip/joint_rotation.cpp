@@ -1,7 +1,5 @@
 #include "clip/joint_rotation.h"
 
-#include "math/rotation_conversions.h"
-
 #include <algorithm>
 #include <numbers>
 #include <string>
@@ -74,11 +72,6 @@ void JointRotation::SetRadians(std::span<double> frame, Vector const & angles) c
             frame[place] = angles.Get(axis) / k_Degree;
         }
     }
-}
-
-void JointRotation::ComputeMatrix(std::span<double const> frame, C3DRotMatTpl<double> & matrix) const
-{
-    F3DEulerToMat(Radians(frame), matrix, m_Order->order);
 }
 
 } // namespace clip

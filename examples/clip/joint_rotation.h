@@ -1,8 +1,8 @@
 #pragma once
 
 #include "clip/clip.h"
-#include "math/rotation_matrix.h"
 #include "math/rotation_order.h"
+#include "math/vector3.h"
 
 #include <array>
 #include <cstddef>
@@ -44,8 +44,6 @@ public:
     C3DVector3Tpl<double> Radians(std::span<double const> frame) const;
     /// Puts the angles into their places. Those for which the joint has no channel are left out.
     void SetRadians(std::span<double> frame, C3DVector3Tpl<double> const & angles) const;
-    /// The rotation that the angles of the frame mean, for points as rows.
-    void ComputeMatrix(std::span<double const> frame, C3DRotMatTpl<double> & matrix) const;
 
 private:
     static constexpr std::size_t k_NoPlace = std::numeric_limits<std::size_t>::max();

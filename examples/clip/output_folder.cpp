@@ -1,5 +1,6 @@
 #include "clip/output_folder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <system_error>
@@ -46,6 +47,11 @@ OutputFolder::~OutputFolder()
 void OutputFolder::Write(std::string const & name, std::function<void(std::ostream &)> const & write)
 {
     Pending file{m_Folder / ("." + name + ".partial"), m_Folder / name};
+    if (std::any_of(m_Pending.begin(), m_Pending.end(),
+                    [&file](Pending const & other) { return other.place == file.place; }))
+    {
+        FailToWrite(file.place, std::make_error_code(std::errc::file_exists));
+    }
     errno = 0;
     std::ofstream stream(file.beside, std::ios::binary);
     if (!stream)
@@ -61,7 +67,7 @@ void OutputFolder::Write(std::string const & name, std::function<void(std::ostre
     }
 }
 
-std::vector<std::filesystem::path> OutputFolder::Publish()
+void OutputFolder::CheckPlaces() const
 {
     for (Pending const & file : m_Pending)
     {
@@ -70,6 +76,11 @@ std::vector<std::filesystem::path> OutputFolder::Publish()
             FailToWrite(file.place, std::make_error_code(std::errc::file_exists));
         }
     }
+}
+
+std::vector<std::filesystem::path> OutputFolder::Publish()
+{
+    CheckPlaces();
     std::vector<std::filesystem::path> places;
     while (!m_Pending.empty())
     {

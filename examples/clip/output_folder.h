@@ -24,11 +24,15 @@ public:
     ~OutputFolder();
 
     /// Writes a file beside its place.
-    /// \throws std::system_error when the file cannot be opened, or not be written to its end
+    /// \throws std::system_error when the file cannot be opened, or not be written to its end, and for a second file of
+    /// one name
     void Write(std::string const & name, std::function<void(std::ostream &)> const & write);
 
-    /// Moves every file to its place, over an earlier one of that name. A place that is taken by something other than a
-    /// file is refused before the first move.
+    /// Refuses a place that is taken by something other than a file.
+    /// \throws std::system_error
+    void CheckPlaces() const;
+
+    /// Moves every file to its place, over an earlier one of that name, when CheckPlaces has passed them all.
     /// \throws std::system_error
     /// \return the places, in the order of writing
     std::vector<std::filesystem::path> Publish();

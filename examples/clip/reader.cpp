@@ -1,14 +1,11 @@
 #include "clip/reader.h"
 
+#include "clip/input.h"
 #include "clip/number_text.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cmath>
-#include <fstream>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace clip
@@ -420,11 +417,6 @@ void ReadFrames(Words & words, Clip & clip)
     }
 }
 
-[[noreturn]] void FailToRead(std::string const & name, int error)
-{
-    throw std::system_error(error != 0 ? error : EIO, std::generic_category(), "cannot read " + name);
-}
-
 } // namespace
 
 FormatError::FormatError(std::string const & file, std::size_t line, std::string const & message)
@@ -449,36 +441,12 @@ Clip ParseClip(std::string_view text, std::string const & name)
 
 Clip ReadClip(std::istream & stream, std::string const & name)
 {
-    std::string text;
-    std::array<char, 65536> block;
-    errno = 0;
-    do
-    {
-        stream.read(block.data(), block.size());
-        text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
-    } while (stream);
-    if (stream.bad())
-    {
-        FailToRead(name, errno);
-    }
-    return ParseClip(text, name);
+    return ParseClip(ReadAll(stream, name), name);
 }
 
 Clip ReadClip(std::filesystem::path const & file)
 {
-    // A folder opens like a file and only fails, silently, on the first read.
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored))
-    {
-        FailToRead(file.string(), EISDIR);
-    }
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-    {
-        FailToRead(file.string(), errno);
-    }
-    return ReadClip(stream, file.string());
+    return ParseClip(ReadAll(file), file.string());
 }
 
 } // namespace clip

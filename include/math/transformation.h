@@ -54,7 +54,7 @@ enum tagE3DSCLTYPE : int
 ///
 /// Reading may write a cache, so that getters are not const, operands are non-const references, and an object belongs
 /// to one thread at a time, even for reading. What is known to be the identity carries a flag that spares all work.
-class MATH_API C3DTransfo
+class MATH_API C3DTransfo // NOLINT(clang-analyzer-optin.performance.Padding): the order of the fields is a contract.
 {
 public:
     /// The tag "TRSF" of a saved transformation; the version written; the versions before and from which a scaling

@@ -59,6 +59,7 @@ public:
     }
 
     /// Writes nothing, the bits included.
+    // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject): the caller fills it.
     explicit C3DXfoMatTpl(C3DInitRequest_DoNotInitialize const & request) : Base(request) {}
 
     /// The elements row by row; recomputes the bits.

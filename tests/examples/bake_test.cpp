@@ -1,5 +1,4 @@
 #include "bake/joint_table.h"
-#include "bake/options.h"
 #include "bake/pose_picture.h"
 #include "clip/reader.h"
 #include "clip/skeleton.h"
@@ -11,93 +10,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace
 {
-
-bake::Options Parse(std::initializer_list<char const *> arguments)
-{
-    return bake::ParseOptions(std::vector<char const *>(arguments));
-}
-
-std::string Refusal(std::initializer_list<char const *> arguments)
-{
-    try
-    {
-        Parse(arguments);
-        return {};
-    }
-    catch (bake::UsageError const & error)
-    {
-        return error.what();
-    }
-}
-
-TEST(BakeOptions, A_clip_alone_goes_to_the_default_folder)
-{
-    bake::Options const options = Parse({"a.bvh"});
-    EXPECT_EQ(options.clip, "a.bvh");
-    EXPECT_EQ(options.outputFolder, "bake-out");
-    EXPECT_FALSE(options.isHelpWanted);
-}
-
-TEST(BakeOptions, The_folder_may_stand_on_either_side_in_both_forms)
-{
-    EXPECT_EQ(Parse({"--out", "x", "a.bvh"}).outputFolder, "x");
-    EXPECT_EQ(Parse({"a.bvh", "--out", "x"}).outputFolder, "x");
-    EXPECT_EQ(Parse({"--out=x=y", "a.bvh"}).outputFolder, "x=y");
-    EXPECT_EQ(Parse({"--out=x", "a.bvh", "--out", "y"}).outputFolder, "y");
-    EXPECT_EQ(Parse({"--out", "--odd", "a.bvh"}).outputFolder, "--odd");
-}
-
-TEST(BakeOptions, The_order_may_stand_on_either_side_in_both_forms)
-{
-    EXPECT_FALSE(Parse({"a.bvh"}).order.has_value());
-    for (char const * const name : {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"})
-    {
-        EXPECT_EQ(Parse({"--order", name, "a.bvh"}).order.value().name, name);
-        EXPECT_EQ(Parse({"a.bvh", (std::string("--order=") + name).c_str()}).order.value().name, name);
-    }
-    EXPECT_EQ(Parse({"--order", "XYZ", "a.bvh", "--order=ZXY"}).order.value().name, "ZXY");
-    EXPECT_EQ(Parse({"--order", "ZXY", "--out", "x", "a.bvh"}).outputFolder, "x");
-}
-
-TEST(BakeOptions, Behind_two_dashes_nothing_is_an_option)
-{
-    EXPECT_EQ(Parse({"--", "--help"}).clip, "--help");
-    EXPECT_EQ(Parse({"-"}).clip, "-");
-}
-
-TEST(BakeOptions, Help_stands_for_itself)
-{
-    EXPECT_TRUE(Parse({"--help"}).isHelpWanted);
-    EXPECT_TRUE(Parse({"-h"}).isHelpWanted);
-    EXPECT_TRUE(Parse({"a.bvh", "--help", "--nonsense"}).isHelpWanted);
-}
-
-TEST(BakeOptions, What_cannot_be_followed_is_named)
-{
-    EXPECT_EQ(Refusal({}), "no clip given");
-    EXPECT_EQ(Refusal({"--out", "x"}), "no clip given");
-    EXPECT_EQ(Refusal({"--frames", "a.bvh"}), "unknown option \"--frames\"");
-    EXPECT_EQ(Refusal({"--help=1", "a.bvh"}), "unknown option \"--help=1\"");
-    EXPECT_EQ(Refusal({"-x", "a.bvh"}), "unknown option \"-x\"");
-    EXPECT_EQ(Refusal({"a.bvh", "--out"}), "option \"--out\" wants a value");
-    EXPECT_EQ(Refusal({"a.bvh", "--out="}), "option \"--out\" wants a folder");
-    EXPECT_EQ(Refusal({"a.bvh", "--out", ""}), "option \"--out\" wants a folder");
-    EXPECT_EQ(Refusal({"a.bvh", "--order"}), "option \"--order\" wants a value");
-    for (std::string const name : {"XYX", "ZX", "zxy", "", "ZXYZ"})
-    {
-        EXPECT_EQ(Refusal({"--order", name.c_str(), "a.bvh"}),
-                  "unknown order \"" + name + "\": it is one of XYZ, XZY, YXZ, YZX, ZXY and ZYX");
-    }
-    EXPECT_EQ(Refusal({"a.bvh", "b.bvh"}), "more than one clip given: \"a.bvh\" and \"b.bvh\"");
-    EXPECT_EQ(Refusal({""}), "the clip's name is empty");
-}
 
 /// A trunk, two arms and a leg; `frames` frames in which the trunk walks along X and an arm turns.
 clip::Clip Figure(std::size_t frames)

@@ -1,5 +1,6 @@
 #include "clip/joint_rotation.h"
-#include "clip/skeleton.h"
+#include "clip/pose.h"
+#include "math/rotation_conversions.h"
 
 #include <gtest/gtest.h>
 
@@ -81,8 +82,8 @@ TEST(JointRotation, Missing_channels_are_rotations_by_zero)
     EXPECT_EQ(clip::JointRotation(JointWith({})).Degrees({}).Get(0), 0);
 }
 
-// The world matrices are built by another way, from one elementary rotation a channel.
-TEST(JointRotation, Its_matrix_is_that_of_the_skeleton_for_every_channel_list)
+// The transformations of a skeleton go another way, by a quaternion.
+TEST(JointRotation, The_matrix_of_its_angles_is_that_of_the_skeleton_for_every_channel_list)
 {
     std::mt19937_64 random(11);
     std::uniform_real_distribution<double> value(-800, 800);
@@ -96,15 +97,21 @@ TEST(JointRotation, Its_matrix_is_that_of_the_skeleton_for_every_channel_list)
         clip::AddJoint(skeleton, JointWith(channels));
         std::vector<double> frame(channels.size());
         std::generate(frame.begin(), frame.end(), [&] { return value(random); });
-        std::vector<C3DMatrix44Tpl<double>> world(1);
-        clip::ComputeWorldMatrices(skeleton, frame, world);
+        clip::Clip motion;
+        motion.skeleton = skeleton;
+        motion.frameCount = 1;
+        motion.values = frame;
+        clip::SkeletonPose pose(skeleton, clip::Composition::ByComponent);
+        pose.Set(clip::MakePoses(motion).Frame(0));
+        C3DMatrix44Tpl<double> const & world = *pose.World(0).GetMatrix();
         C3DRotMatTpl<double> matrix;
-        clip::JointRotation(skeleton.joints[0]).ComputeMatrix(frame, matrix);
+        clip::JointRotation const rotation(skeleton.joints[0]);
+        F3DEulerToMat(rotation.Radians(frame), matrix, rotation.Order().order);
         for (int row = 0; row < 3; ++row)
         {
             for (int column = 0; column < 3; ++column)
             {
-                ASSERT_NEAR(matrix.Get(row, column), world[0].Get(row, column), 1e-14) << round;
+                ASSERT_NEAR(matrix.Get(row, column), world.Get(row, column), 1e-14) << round;
             }
         }
     }

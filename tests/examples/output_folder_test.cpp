@@ -165,4 +165,30 @@ TEST(OutputFolder, A_file_that_vanished_before_publishing_is_told)
     EXPECT_THROW(folder.Publish(), std::system_error);
 }
 
+TEST(OutputFolder, A_second_file_of_one_name_is_refused)
+{
+    ScratchFolder scratch;
+    OutputFolder folder(scratch.Path());
+    folder.Write("one", Text("1"));
+    EXPECT_THROW(folder.Write("one", Text("2")), std::system_error);
+    folder.Publish();
+    EXPECT_EQ(ReadText(scratch.Path() / "one"), "1");
+    folder.Write("one", Text("3"));
+    folder.Publish();
+    EXPECT_EQ(ReadText(scratch.Path() / "one"), "3");
+}
+
+TEST(OutputFolder, Places_can_be_checked_before_anything_is_moved)
+{
+    ScratchFolder scratch;
+    WriteText(scratch.Path() / "one", "earlier");
+    fs::create_directory(scratch.Path() / "two");
+    OutputFolder folder(scratch.Path());
+    folder.Write("one", Text("1"));
+    EXPECT_NO_THROW(folder.CheckPlaces());
+    folder.Write("two", Text("2"));
+    EXPECT_THROW(folder.CheckPlaces(), std::system_error);
+    EXPECT_EQ(ReadText(scratch.Path() / "one"), "earlier");
+}
+
 } // namespace

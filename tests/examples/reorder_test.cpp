@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
+#include <numbers>
 #include <random>
 #include <sstream>
 #include <string>
@@ -233,6 +234,38 @@ TEST(Reorder, Rotations_take_the_places_of_the_old_ones_and_missing_ones_stand_b
     EXPECT_EQ(baked.Frame(1)[1], 3);
     EXPECT_EQ(baked.Frame(1)[3], 4);
     EXPECT_LT(GreatestDifference(motion, baked), 1e-13);
+}
+
+// 0.1 + 1e-17 is 0.1: from the sum the channel cannot be had back, nor can most others to the last bit.
+TEST(Reorder, Positions_are_kept_bit_for_bit_beside_an_offset)
+{
+    clip::Clip motion = Chain("4 Xposition Yrotation Zposition Yposition", {"1e-17 3 0.7 -0.0", "0.3 4 -1e-17 1e12"});
+    motion.skeleton.joints[0].offset = {0.1, -0.2, 0.3};
+    clip::Clip const baked = Nearest(motion, FindOrder("ZXY"));
+    EXPECT_EQ(baked.skeleton.joints[0].channels[3], Channel::YPosition);
+    for (std::size_t const place : {0U, 2U, 3U})
+    {
+        EXPECT_EQ(baked.Frame(0)[place], motion.Frame(0)[place]);
+        EXPECT_EQ(baked.Frame(1)[place], motion.Frame(1)[place]);
+        EXPECT_EQ(std::signbit(baked.Frame(0)[place]), std::signbit(motion.Frame(0)[place]));
+    }
+}
+
+TEST(Reorder, Poses_of_another_making_give_the_positions_beyond_the_offset)
+{
+    clip::Clip const motion = Chain("3 Zposition Xrotation Xposition", {"1 2 3"});
+    clip::PoseTrack poses(2, 3);
+    poses.Frame(0)[0].translation = {11, 0, 22};
+    poses.Frame(1)[0].translation = {-11, 0, -22};
+    poses.Frame(1)[0].angles = {0.5, 0, 0};
+    clip::Clip const baked = bake::Reorder(motion, poses, FindOrder("XYZ"), Extraction::Nearest).clip;
+    EXPECT_EQ(baked.frameCount, 2U);
+    // The offset is (1, 2, 3).
+    EXPECT_EQ(baked.Frame(0)[0], 19);
+    EXPECT_EQ(baked.Frame(0)[2], 10);
+    EXPECT_EQ(baked.Frame(1)[0], -25);
+    EXPECT_EQ(baked.Frame(1)[2], -12);
+    EXPECT_NEAR(Angles(baked, 0)[1].X, 0.5 * 180 / std::numbers::pi, 1e-13);
 }
 
 TEST(Reorder, A_clip_without_rotations_gets_zeros)

@@ -107,23 +107,25 @@ TEST(Skeleton, A_child_turns_in_the_frame_of_its_parent)
 TEST(Skeleton, World_matrices_hold_axes_in_rows_and_the_place_in_the_last)
 {
     clip::Clip const motion = OneJoint({Channel::XPosition, Channel::ZRotation}, {5, 90}, {1, 0, 0});
-    std::vector<Matrix> world(2);
-    clip::ComputeWorldMatrices(motion.skeleton, motion.Frame(0), world);
+    clip::SkeletonPose pose(motion.skeleton, clip::Composition::ByComponent);
+    pose.Set(clip::MakePoses(motion).Frame(0));
+    Matrix const root = *pose.World(0).GetMatrix();
+    Matrix const site = *pose.World(1).GetMatrix();
     Vector tip(1, 0, 0);
-    tip.Mul(tip, world[0]);
+    tip.Mul(tip, root);
     ExpectNear(tip, {5, 1, 0}, 1e-15);
-    ExpectNear({world[0].Get(0, 0), world[0].Get(0, 1), world[0].Get(0, 2)}, {0, 1, 0}, 1e-15);
-    ExpectNear({world[0].Get(3, 0), world[0].Get(3, 1), world[0].Get(3, 2)}, {5, 0, 0}, 0);
+    ExpectNear({root.Get(0, 0), root.Get(0, 1), root.Get(0, 2)}, {0, 1, 0}, 1e-15);
+    ExpectNear({root.Get(3, 0), root.Get(3, 1), root.Get(3, 2)}, {5, 0, 0}, 0);
     for (int row = 0; row < 4; ++row)
     {
-        EXPECT_EQ(world[1].Get(row, 3), row == 3 ? 1 : 0);
+        EXPECT_EQ(site.Get(row, 3), row == 3 ? 1 : 0);
     }
 }
 
 TEST(Skeleton, A_clip_that_asks_for_too_many_positions_is_refused)
 {
     clip::Clip motion = OneJoint({Channel::XRotation}, {0}, {1, 0, 0});
-    motion.frameCount = clip::k_MostPositions / 2 + 1;
+    motion.frameCount = clip::k_MostPoses / 2 + 1;
     EXPECT_THROW(clip::ComputeWorldPositions(motion), std::length_error);
     motion.frameCount = std::numeric_limits<std::size_t>::max();
     EXPECT_THROW(clip::ComputeWorldPositions(motion), std::length_error);

@@ -2,12 +2,11 @@
 
 #include "matrix/map_vectors.h"
 #include "support/random.h"
+#include "support/same_bits.h"
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <cmath>
-#include <cstdint>
+#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -16,6 +15,7 @@ namespace
 
 using Vector = C3DVector3Tpl<double>;
 using math::detail::MapRows;
+using test_support::SameBits;
 
 constexpr double k_Infinity = std::numeric_limits<double>::infinity();
 constexpr double k_Nan = std::numeric_limits<double>::quiet_NaN();
@@ -48,17 +48,6 @@ Vector MappedPoint(MapRows const & rows, Vector const & v)
         mapped.Set(c, sum);
     }
     return mapped;
-}
-
-/// Equal bits. Of a NaN only that it is one: which of two NaNs a sum passes on is the processor's own.
-bool SameBits(double a, double b)
-{
-    return (std::isnan(a) && std::isnan(b)) || std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
-
-bool SameBits(Vector const & a, Vector const & b)
-{
-    return SameBits(a.X, b.X) && SameBits(a.Y, b.Y) && SameBits(a.Z, b.Z);
 }
 
 /// A random number, and one in three times a special one.

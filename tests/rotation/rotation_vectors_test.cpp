@@ -1,13 +1,13 @@
 /// Rotating one vector and many.
 
 #include "rotation/rotation_states.h"
+#include "support/same_bits.h"
 
-#include <bit>
-#include <cstdint>
 #include <limits>
 #include <vector>
 
 using namespace rotation_test;
+using test_support::SameBits;
 
 namespace
 {
@@ -21,17 +21,6 @@ Vector Expected(Matrix const & m, Vector const & v, bool inverse)
     return {v.X * element(0, 0) + v.Y * element(1, 0) + v.Z * element(2, 0),
             v.X * element(0, 1) + v.Y * element(1, 1) + v.Z * element(2, 1),
             v.X * element(0, 2) + v.Y * element(1, 2) + v.Z * element(2, 2)};
-}
-
-/// Equal bits. Of a NaN only that it is one: which of two NaNs a sum passes on is the processor's own.
-bool SameBits(double a, double b)
-{
-    return (std::isnan(a) && std::isnan(b)) || std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-}
-
-bool SameBits(Vector const & a, Vector const & b)
-{
-    return SameBits(a.X, b.X) && SameBits(a.Y, b.Y) && SameBits(a.Z, b.Z);
 }
 
 /// A random component, and one in three times a special one.

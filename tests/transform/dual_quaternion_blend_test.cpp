@@ -181,10 +181,13 @@ TYPED_TEST(DualQuaternionBlend, Perpendicular_values_and_NaNs_in_the_sign_test)
     C3DDualQuatTpl<T> const b = Make<T>({0, 0, 1, 0, 0, 0, 0, 0});
     EXPECT_TRUE(Blend<T>({a, b}, {0, 1}) == b);
     EXPECT_TRUE(Blend<T>({b, C3DDualQuatTpl<T>(a).Negate()}, {0, 1}) == Make<T>({-1}));
-    // The product is a NaN, which counts as the other hemisphere; the weight of the NaN is left out.
-    C3DDualQuatTpl<T> const blend = Blend<T>({Make<T>({k_Infinity<T>, 1}), Make<T>({0, 1})}, {1, 1});
-    EXPECT_TRUE(std::isnan(blend.GetReal().W) || std::isinf(blend.GetReal().W));
-    EXPECT_FALSE(blend.GetReal().X > 0) << "1 - 1, and not 1 + 1";
+    // A product that is a NaN counts as the other hemisphere; what has a NaN for its length is not normalised.
+    C3DDualQuatTpl<T> const nan = Make<T>({k_Nan<T>, 1, 0, 0, 0, 2, 0, 0});
+    C3DDualQuatTpl<T> const blend = Blend<T>({nan, Make<T>({0, 1, 0, 0, 0, 3, 0, 0})}, {1, 5});
+    EXPECT_EQ(blend.GetReal().X, 1 - 5);
+    EXPECT_EQ(blend.GetDual().X, 2 - 15);
+    // The first has none before it.
+    EXPECT_EQ(Blend<T>({nan}, {1}).GetReal().X, 1);
 }
 
 TYPED_TEST(DualQuaternionBlend, The_target_may_be_in_the_array)

@@ -358,9 +358,13 @@ public:
     /// By the channels as they are now. Row i is axis i of the joint, row 3 its place.
     Matrix World(int joint) const
     {
-        std::vector<Matrix> world(m_Figure.skeleton.joints.size());
-        clip::ComputeWorldMatrices(m_Figure.skeleton, m_Frame, world);
-        return world[static_cast<std::size_t>(joint)];
+        clip::Clip frame;
+        frame.skeleton = m_Figure.skeleton;
+        frame.frameCount = 1;
+        frame.values.assign(m_Frame.begin(), m_Frame.end());
+        clip::SkeletonPose pose(frame.skeleton, clip::Composition::ByComponent);
+        pose.Set(clip::MakePoses(frame).Frame(0));
+        return *pose.World(static_cast<std::size_t>(joint)).GetMatrix();
     }
 
 private:
