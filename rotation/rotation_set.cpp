@@ -73,7 +73,10 @@ C3DRotation & C3DRotation::Set(C3DQuatTpl<double> const & quat)
 C3DRotation & C3DRotation::Set(C3DRotMatTpl<double> const & mat)
 {
     _SetDefinitelyIdentity(0);
-    m_Matrix = mat;
+    // Number by number: a copy as a whole would wait for numbers that have only just been stored, as they mostly are.
+    m_Matrix.SetRow(0, mat.Get(0, 0), mat.Get(0, 1), mat.Get(0, 2))
+        .SetRow(1, mat.Get(1, 0), mat.Get(1, 1), mat.Get(1, 2))
+        .SetRow(2, mat.Get(2, 0), mat.Get(2, 1), mat.Get(2, 2));
     SetMatrixRep();
     return *this;
 }

@@ -27,18 +27,19 @@ template <typename T>
 constexpr T k_SmallestScaleSet = T(1e-6);
 
 /// Writes the rows of a rotation, each times its factor, into the upper block. The product is taken in the rotation's
-/// type.
+/// type. Not in a loop: a vectorised one would wait for numbers of the rotation that have only just been stored.
 template <typename T, typename R>
 void WriteScaledRows(T (*const rows)[4], C3DVector3Tpl<T> const & factors, C3DRotMatTpl<R> const & rotation)
 {
-    for (int r = 0; r < 3; ++r)
+    auto const writeRow = [rows, &rotation](int r, R factor)
     {
-        // Column by column: a vectorised loop would wait for the rotation's numbers, which may just have been stored.
-        R const factor = factors.GetArray()[r];
         rows[r][0] = static_cast<T>(factor * rotation.Get(r, 0));
         rows[r][1] = static_cast<T>(factor * rotation.Get(r, 1));
         rows[r][2] = static_cast<T>(factor * rotation.Get(r, 2));
-    }
+    };
+    writeRow(0, factors.X);
+    writeRow(1, factors.Y);
+    writeRow(2, factors.Z);
 }
 
 } // namespace
@@ -135,13 +136,16 @@ void C3DXfoMatTpl<T>::GetQNMatrix(float (*const out)[4]) const
 template <typename T>
 void C3DXfoMatTpl<T>::SetUpperBlock(C3DMatrix33Tpl<T> const & block, unsigned char bits)
 {
-    for (int r = 0; r < 3; ++r)
+    // Not in a loop, for the reason told at WriteScaledRows.
+    auto const writeRow = [this, &block](int r)
     {
-        for (int c = 0; c < 3; ++c)
-        {
-            this->m_Elements[r][c] = block.Get(r, c);
-        }
-    }
+        this->m_Elements[r][0] = block.Get(r, 0);
+        this->m_Elements[r][1] = block.Get(r, 1);
+        this->m_Elements[r][2] = block.Get(r, 2);
+    };
+    writeRow(0);
+    writeRow(1);
+    writeRow(2);
     SetSclSignBits(bits);
 }
 

@@ -244,7 +244,7 @@ public:
     /// is compared is neither the first value nor the sum. A zero weight does not take a value out of that chain.
     C3DDualQuatTpl & LinearBlend(long n, C3DDualQuatTpl const * const q, T const * const w)
     {
-        // Vectors take the sums at a third less time than the components one by one.
+        // In vector registers, with the bits that the components would get one by one.
         using Lanes = math::detail::QuaternionLanes<T>;
         Lanes real;
         Lanes dual;
