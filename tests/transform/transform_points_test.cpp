@@ -48,7 +48,10 @@ TEST(TransformPoints, Each_point_has_the_bits_that_it_has_alone)
             EXPECT_EQ(std::memcmp(&out[i], &expected, sizeof expected), 0);
         }
         F3DTransformPoints(matrix, in.data(), n, in.data());
-        EXPECT_EQ(std::memcmp(in.data(), out.data(), in.size() * sizeof(Vector)), 0);
+        for (std::size_t i = 0; i < in.size(); ++i)
+        {
+            EXPECT_EQ(std::memcmp(&in[i], &out[i], sizeof in[i]), 0);
+        }
     }
 }
 
