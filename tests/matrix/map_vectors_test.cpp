@@ -50,26 +50,12 @@ Vector MappedPoint(MapRows const & rows, Vector const & v)
     return mapped;
 }
 
-/// A random number, and one in three times a special one.
-double Number(test_support::Random & random)
-{
-    constexpr double special[] = {0.0,
-                                  -0.0,
-                                  k_Nan,
-                                  k_Infinity,
-                                  -k_Infinity,
-                                  std::numeric_limits<double>::denorm_min(),
-                                  -3 * std::numeric_limits<double>::denorm_min(),
-                                  std::numeric_limits<double>::max()};
-    return random.Integer(0, 2) == 0 ? special[random.Integer(0, 7)] : random.OverDecades(-3, 3);
-}
-
 std::vector<Vector> Vectors(test_support::Random & random, long count)
 {
     std::vector<Vector> vectors(static_cast<std::size_t>(count));
     for (Vector & v : vectors)
     {
-        v.Set(Number(random), Number(random), Number(random));
+        v.Set(random.NumberOrSpecial(), random.NumberOrSpecial(), random.NumberOrSpecial());
     }
     return vectors;
 }
@@ -137,7 +123,7 @@ TEST(MapVectors, Each_kernel_does_its_whole_groups_with_the_scalar_bits)
                 {
                     for (double & element : row)
                     {
-                        element = n % 3 == 0 ? Number(random) : random.Uniform(-1.0, 1.0);
+                        element = n % 3 == 0 ? random.NumberOrSpecial() : random.Uniform(-1.0, 1.0);
                     }
                 }
                 std::vector<Vector> const in = Vectors(random, n + offset);

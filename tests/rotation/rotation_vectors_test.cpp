@@ -23,28 +23,12 @@ Vector Expected(Matrix const & m, Vector const & v, bool inverse)
             v.X * element(0, 2) + v.Y * element(1, 2) + v.Z * element(2, 2)};
 }
 
-/// A random component, and one in three times a special one.
-double Component(test_support::Random & random)
-{
-    constexpr double special[] = {0.0,
-                                  -0.0,
-                                  k_Nan,
-                                  k_Infinity,
-                                  -k_Infinity,
-                                  std::numeric_limits<double>::denorm_min(),
-                                  -3 * std::numeric_limits<double>::denorm_min(),
-                                  std::numeric_limits<double>::min(),
-                                  std::numeric_limits<double>::max(),
-                                  -std::numeric_limits<double>::max()};
-    return random.Integer(0, 2) == 0 ? special[random.Integer(0, 9)] : random.OverDecades(-3, 3);
-}
-
 std::vector<Vector> Vectors(test_support::Random & random, std::size_t count)
 {
     std::vector<Vector> vectors(count);
     for (Vector & v : vectors)
     {
-        v.Set(Component(random), Component(random), Component(random));
+        v.Set(random.NumberOrSpecial(), random.NumberOrSpecial(), random.NumberOrSpecial());
     }
     return vectors;
 }
@@ -63,7 +47,7 @@ TEST(RotationVectors, A_vector_is_a_row_times_the_matrix_and_by_the_inverse_time
     {
         unsigned const flags = k_States[i % 12];
         C3DRotation rotation = MakeState(flags);
-        Vector const v(Component(random), Component(random), Component(random));
+        Vector const v(random.NumberOrSpecial(), random.NumberOrSpecial(), random.NumberOrSpecial());
         Vector out(77, 77, 77);
         rotation.RotateVct(v, out);
         EXPECT_EQ(Inside(rotation).Flags(), flags & ~k_MatDirty);

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace test_support
@@ -55,6 +56,23 @@ public:
     {
         double const magnitude = std::pow(10.0, Uniform(low, high));
         return Narrow<T>((Bits() & 1U) != 0 ? -magnitude : magnitude);
+    }
+
+    /// Of either sign, from a thousandth to a thousand, and one in three times a special number.
+    double NumberOrSpecial()
+    {
+        using Limits = std::numeric_limits<double>;
+        constexpr double special[] = {0.0,
+                                      -0.0,
+                                      Limits::quiet_NaN(),
+                                      Limits::infinity(),
+                                      -Limits::infinity(),
+                                      Limits::denorm_min(),
+                                      -3 * Limits::denorm_min(),
+                                      Limits::min(),
+                                      Limits::max(),
+                                      -Limits::max()};
+        return Integer(0, 2) == 0 ? special[Integer(0, 9)] : OverDecades(-3, 3);
     }
 
 private:

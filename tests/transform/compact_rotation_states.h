@@ -8,6 +8,7 @@
 #include "math/rotation.h"
 #include "math/rotation_conversions.h"
 #include "support/random.h"
+#include "transform/scalars.h"
 
 #include <Eigen/Geometry>
 #include <gtest/gtest.h>
@@ -21,19 +22,13 @@
 namespace compact_rotation_test
 {
 
-using Scalars = testing::Types<float, double>;
-
-inline constexpr double k_Pi = 3.141592653589793;
-template <typename T>
-inline constexpr T k_Nan = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-inline constexpr T k_Infinity = std::numeric_limits<T>::infinity();
-
-/// The limit of the lengths and components that count as zero.
-template <typename T>
-inline constexpr T k_Limit = T(1e-12);
-template <>
-inline constexpr float k_Limit<float> = 1e-6F;
+using transform_test::Above;
+using transform_test::Below;
+using transform_test::k_Infinity;
+using transform_test::k_Limit;
+using transform_test::k_Nan;
+using transform_test::k_Pi;
+using transform_test::Scalars;
 
 inline constexpr std::array<tagE3DROTORDER, 6> k_Orders = {E3DROTORDER_XYZ, E3DROTORDER_XZY, E3DROTORDER_YXZ,
                                                            E3DROTORDER_YZX, E3DROTORDER_ZXY, E3DROTORDER_ZYX};
@@ -42,17 +37,6 @@ inline constexpr std::array<E3DRotRep, 3> k_Forms = {E3DRotRep_Quat, E3DRotRep_E
 /// An order and a form that do not exist.
 inline constexpr auto k_NoOrder = static_cast<tagE3DROTORDER>(7);
 inline constexpr auto k_NoForm = static_cast<E3DRotRep>(3);
-
-template <typename T>
-T Above(T value)
-{
-    return std::nextafter(value, k_Infinity<T>);
-}
-template <typename T>
-T Below(T value)
-{
-    return std::nextafter(value, -k_Infinity<T>);
-}
 
 /// Whether the numbers are one and the same: of the same sign where they are zero, or both NaNs.
 template <typename T>

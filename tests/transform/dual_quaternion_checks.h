@@ -8,6 +8,7 @@
 #include "math/matrix44.h"
 #include "math/rotation_conversions.h"
 #include "support/random.h"
+#include "transform/scalars.h"
 
 #include <gtest/gtest.h>
 
@@ -19,36 +20,19 @@
 namespace dual_quaternion_test
 {
 
-using Scalars = testing::Types<float, double>;
-
-inline constexpr double k_Pi = 3.141592653589793;
-template <typename T>
-inline constexpr T k_Nan = std::numeric_limits<T>::quiet_NaN();
-template <typename T>
-inline constexpr T k_Infinity = std::numeric_limits<T>::infinity();
-
-/// The limit of translations and of IsIdentity.
-template <typename T>
-inline constexpr T k_Limit = T(1e-12);
-template <>
-inline constexpr float k_Limit<float> = 1e-6F;
+using transform_test::Above;
+using transform_test::Below;
+using transform_test::k_Infinity;
+using transform_test::k_Limit;
+using transform_test::k_Nan;
+using transform_test::k_Pi;
+using transform_test::Scalars;
 
 /// What two transformations that are equal on paper may differ by.
 template <typename T>
 inline constexpr T k_Tolerance = T(1e-12);
 template <>
 inline constexpr float k_Tolerance<float> = 2e-5F;
-
-template <typename T>
-T Above(T value)
-{
-    return std::nextafter(value, k_Infinity<T>);
-}
-template <typename T>
-T Below(T value)
-{
-    return std::nextafter(value, -k_Infinity<T>);
-}
 
 /// The least number of the type that is above, or the greatest that is not above, a limit in `double`.
 template <typename T>
