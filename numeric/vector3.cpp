@@ -280,12 +280,8 @@ long C3DVector3Tpl<T>::Save(IStream * stream, int /*format*/) const
         return E_INVALIDARG;
     }
     CKVStreamHelper helper(stream);
-    long result = helper.PutUInt8(0);
-    for (int i = 0; i < 3 && result >= 0; ++i)
-    {
-        result = math::detail::PutScalar(helper, Get(i));
-    }
-    return result;
+    long const result = helper.PutUInt8(0);
+    return result < 0 ? result : math::detail::PutScalars(helper, GetArray(), 3);
 }
 
 template <typename T>
@@ -297,12 +293,8 @@ long C3DVector3Tpl<T>::Load(IStream * stream)
     }
     CKVStreamHelper helper(stream);
     unsigned char version = 0;
-    long result = helper.GetUInt8(&version);
-    for (int i = 0; i < 3 && result >= 0; ++i)
-    {
-        result = math::detail::GetScalar(helper, GetArray() + i);
-    }
-    return result;
+    long const result = helper.GetUInt8(&version);
+    return result < 0 ? result : math::detail::GetScalars(helper, GetArray(), 3);
 }
 
 template <typename T>

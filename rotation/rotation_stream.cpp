@@ -2,15 +2,11 @@
 
 #include "numeric/chunk_record.h"
 #include "numeric/text_form.h"
+#include "rotation/angle_constants.h"
 
 #include <ostream>
 
-namespace
-{
-
-constexpr double k_DegreesPerRadian = 57.29577951308232;
-
-} // namespace
+using math::detail::k_DegreesPerRadian;
 
 unsigned long const C3DRotation::k_dwRotation = 0x524F5441;
 unsigned long const C3DRotation::k_dwVersion = 0x40;

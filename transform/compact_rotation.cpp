@@ -3,8 +3,10 @@
 #include "math/rotation.h"
 #include "math/rotation_conversions.h"
 #include "math/transformation_matrix.h"
+#include "rotation/euler_order.h"
 
 #include <cmath>
+#include <initializer_list>
 #include <type_traits>
 
 namespace
@@ -27,20 +29,15 @@ C3DQuatTpl<T> HeldQuat(C3DRotation3Tpl<T> const & rotation)
 /// The order that turns about the same axes the other way round. A value that names no order has none.
 tagE3DROTORDER ReverseOrder(tagE3DROTORDER order)
 {
-    switch (order)
+    using math::detail::FindEulerOrder;
+    math::detail::EulerOrder const * const row = FindEulerOrder(order);
+    for (tagE3DROTORDER const other :
+         {E3DROTORDER_XYZ, E3DROTORDER_XZY, E3DROTORDER_YXZ, E3DROTORDER_YZX, E3DROTORDER_ZXY, E3DROTORDER_ZYX})
     {
-    case E3DROTORDER_XYZ:
-        return E3DROTORDER_ZYX;
-    case E3DROTORDER_XZY:
-        return E3DROTORDER_YZX;
-    case E3DROTORDER_YXZ:
-        return E3DROTORDER_ZXY;
-    case E3DROTORDER_YZX:
-        return E3DROTORDER_XZY;
-    case E3DROTORDER_ZXY:
-        return E3DROTORDER_YXZ;
-    case E3DROTORDER_ZYX:
-        return E3DROTORDER_XYZ;
+        if (row != nullptr && row->first == FindEulerOrder(other)->last && row->last == FindEulerOrder(other)->first)
+        {
+            return other;
+        }
     }
     return order;
 }
@@ -275,9 +272,10 @@ void C3DRotation3Tpl<T>::GetAxisAngle(C3DVector4Tpl<T> & axisAngle) const
 {
     if (HoldsKnownForm())
     {
-        C3DRotation3Tpl copy(*this);
-        copy.SetRepresentation(E3DRotRep_AxisAngle, E3DROTORDER_XYZ);
-        axisAngle.Set(copy.m_Values.X, copy.m_Values.Y, copy.m_Values.Z, copy.m_Last.scalar);
+        C3DVector3Tpl<T> axis(0, 0, 0);
+        T angle = 0;
+        GetAxisAngle(axis, angle);
+        axisAngle.Set(axis.X, axis.Y, axis.Z, angle);
     }
 }
 
@@ -296,8 +294,9 @@ void C3DRotation3Tpl<T>::GetXYZAngles(T & x, T & y, T & z) const
 {
     if (HoldsKnownForm())
     {
-        C3DRotation3Tpl copy(*this);
-        copy.Set(GetRotOrder(), 1).m_Values.Get(x, y, z);
+        C3DVector3Tpl<T> angles(0, 0, 0);
+        GetXYZAngles(angles);
+        angles.Get(x, y, z);
     }
 }
 

@@ -3,64 +3,27 @@
 #include "math/platform/result.h"
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"
+#include "rotation/angle_constants.h"
+#include "rotation/euler_order.h"
 #include "transform/read_quaternion.h"
+
+#include <string>
 
 namespace
 {
 
-constexpr double k_DegreesPerRadian = 57.29577951308232;
-
 template <typename T>
 double Degrees(T angle)
 {
-    return static_cast<double>(angle) * k_DegreesPerRadian;
+    return static_cast<double>(angle) * math::detail::k_DegreesPerRadian;
 }
 
 /// Nothing for a value that names no order.
-char const * NameOf(tagE3DROTORDER order)
+std::string NameOf(tagE3DROTORDER order)
 {
-    switch (order)
-    {
-    case E3DROTORDER_XYZ:
-        return "xyz";
-    case E3DROTORDER_XZY:
-        return "xzy";
-    case E3DROTORDER_YXZ:
-        return "yxz";
-    case E3DROTORDER_YZX:
-        return "yzx";
-    case E3DROTORDER_ZXY:
-        return "zxy";
-    case E3DROTORDER_ZYX:
-        return "zyx";
-    }
-    return "";
-}
-
-template <typename T>
-long PutScalars(CKVStreamHelper & helper, T const * values, int count)
-{
-    for (int i = 0; i < count; ++i)
-    {
-        if (long const result = math::detail::PutScalar(helper, values[i]); result < 0)
-        {
-            return result;
-        }
-    }
-    return S_OK;
-}
-
-template <typename T>
-long GetScalars(CKVStreamHelper & helper, T * values, int count)
-{
-    for (int i = 0; i < count; ++i)
-    {
-        if (long const result = math::detail::GetScalar(helper, values + i); result < 0)
-        {
-            return result;
-        }
-    }
-    return S_OK;
+    constexpr char axes[] = "xyz";
+    math::detail::EulerOrder const * const row = math::detail::FindEulerOrder(order);
+    return row != nullptr ? std::string{axes[row->first], axes[row->middle], axes[row->last]} : std::string();
 }
 
 } // namespace
@@ -82,17 +45,17 @@ long C3DRotation3Tpl<T>::Save(IStream * stream, int /*format*/) const
     case E3DRotRep_Quat:
     {
         T const values[4] = {m_Last.scalar, m_Values.X, m_Values.Y, m_Values.Z};
-        return PutScalars(helper, values, 4);
+        return math::detail::PutScalars(helper, values, 4);
     }
     case E3DRotRep_Euler:
     {
-        long const result = PutScalars(helper, m_Values.GetArray(), 3);
+        long const result = math::detail::PutScalars(helper, m_Values.GetArray(), 3);
         return result < 0 ? result : helper.PutUInt8(static_cast<unsigned char>(m_Last.order));
     }
     case E3DRotRep_AxisAngle:
     {
         T const values[4] = {m_Values.X, m_Values.Y, m_Values.Z, m_Last.scalar};
-        return PutScalars(helper, values, 4);
+        return math::detail::PutScalars(helper, values, 4);
     }
     }
     return S_OK;
@@ -116,7 +79,7 @@ long C3DRotation3Tpl<T>::Load(IStream * stream)
         return S_OK;
     }
     T values[4] = {};
-    if (long const result = GetScalars(helper, values, rep == E3DRotRep_Euler ? 3 : 4); result < 0)
+    if (long const result = math::detail::GetScalars(helper, values, rep == E3DRotRep_Euler ? 3 : 4); result < 0)
     {
         return result;
     }

@@ -17,12 +17,24 @@ constexpr double k_Tolerance = k_StandardTolerance<double>;
 /// Above this dot product of two rows, as they stand, a matrix counts as sheared.
 constexpr double k_ShearTolerance = 1e-6;
 
-/// What the composition u r of two rotations is as a rotation, through the matrices, and in an order.
-void SetProduct(C3DRotation & rotation, C3DRotMatTpl<double> const & u, C3DRotation & r, tagE3DROTORDER order)
+/// The scaling and rotation of a matrix without shear, as far as a mask asks for them.
+void ReadRows(C3DXfoMatTpl<double> const & m, unsigned char mask, C3DVector3Tpl<double> & scaling,
+              C3DRotation & rotation)
 {
-    C3DRotMatTpl<double> product{C3DInitRequest_DoNotInitialize()};
-    rotation.Set(product.Mul(u, *r.GetMatrix()));
-    rotation.Set(order, 1);
+    bool const isScalingWanted = (mask & k_ScalingComponent) != 0;
+    bool const isRotationWanted = (mask & k_RotationComponent) != 0;
+    if (isScalingWanted && isRotationWanted)
+    {
+        m.GetScalingAndRotation(scaling, rotation);
+    }
+    else if (isRotationWanted)
+    {
+        m.GetRotation(rotation);
+    }
+    else if (isScalingWanted)
+    {
+        m.GetScaling(scaling);
+    }
 }
 
 } // namespace
@@ -213,22 +225,12 @@ void C3DTransfo::FactorizeSheared(unsigned char mask)
     C3DRotMatTpl<double> u{C3DInitRequest_DoNotInitialize()};
     C3DXfoMatTpl<double> remainder{C3DInitRequest_DoNotInitialize()};
     m_XfoMat.GetAffineDecomposition(u, remainder);
+    C3DRotation rest;
+    ReadRows(remainder, mask, m_Scaling, rest);
     if ((mask & k_RotationComponent) != 0)
     {
-        C3DRotation rest;
-        if ((mask & k_ScalingComponent) != 0)
-        {
-            remainder.GetScalingAndRotation(m_Scaling, rest);
-        }
-        else
-        {
-            remainder.GetRotation(rest);
-        }
-        SetProduct(m_Rotation, u, rest, m_XfoRotOrder);
-    }
-    else if ((mask & k_ScalingComponent) != 0)
-    {
-        remainder.GetScaling(m_Scaling);
+        C3DRotMatTpl<double> product{C3DInitRequest_DoNotInitialize()};
+        m_Rotation.Set(product.Mul(u, *rest.GetMatrix())).Set(m_XfoRotOrder, 1);
     }
     if ((mask & k_ScalingOrientationComponent) != 0)
     {
@@ -242,21 +244,10 @@ void C3DTransfo::FactorizeSheared(unsigned char mask)
 
 void C3DTransfo::FactorizeUnsheared(unsigned char mask)
 {
+    ReadRows(m_XfoMat, mask, m_Scaling, m_Rotation);
     if ((mask & k_RotationComponent) != 0)
     {
-        if ((mask & k_ScalingComponent) != 0)
-        {
-            m_XfoMat.GetScalingAndRotation(m_Scaling, m_Rotation);
-        }
-        else
-        {
-            m_XfoMat.GetRotation(m_Rotation);
-        }
         m_Rotation.Set(m_XfoRotOrder, 1);
-    }
-    else if ((mask & k_ScalingComponent) != 0)
-    {
-        m_XfoMat.GetScaling(m_Scaling);
     }
     _AllocateScalingOrientationMatrix(false);
 }

@@ -36,18 +36,12 @@ C3DRotation Conjugate(C3DRotation & r, C3DRotation & x)
     return conjugate;
 }
 
-/// What acts behind a rotation as r does in a space, where `local` is the rotation of the local space.
-C3DRotation BringIntoParent(C3DRotation & r, tagE3DTRANSFOSPACE space, C3DRotation * reference, C3DRotation & local)
+/// What acts behind a rotation as r does in a space, where `local` is the rotation of the local space. With a null one,
+/// where what acts there is not asked for, it is r.
+C3DRotation BringIntoParent(C3DRotation & r, tagE3DTRANSFOSPACE space, C3DRotation * reference, C3DRotation * local)
 {
-    if (space == E3DTRANSFOSPACE_PARENT)
-    {
-        return r;
-    }
-    if (space == E3DTRANSFOSPACE_LOCAL)
-    {
-        return Conjugate(r, local);
-    }
-    return reference != nullptr ? Conjugate(r, *reference) : r;
+    C3DRotation * const axes = space == E3DTRANSFOSPACE_LOCAL ? local : reference;
+    return space == E3DTRANSFOSPACE_PARENT || axes == nullptr ? r : Conjugate(r, *axes);
 }
 
 /// Adds r to a rotation: in the local space in front of it, else `inParent`, which is r brought into the parent, behind
@@ -90,6 +84,16 @@ Vector MapInPivotSpace(Vector const & point, Matrix const & pivot, Map const & m
     mapped.Mul(point, InverseOf(pivot));
     mapped.Mul(mapped, map);
     return mapped.Mul(mapped, pivot);
+}
+
+/// What the rotation r of a space with the given axes is in the space of a pivot.
+Matrix BringIntoPivot(C3DRotation & r, Matrix const & axes, Matrix pivot)
+{
+    pivot.SetTranslation(Vector(0, 0, 0));
+    Matrix map;
+    map.Set(*r.GetMatrix());
+    map.Mul(InverseOf(axes), map).Mul(axes);
+    return map.Mul(pivot, map).Mul(InverseOf(pivot));
 }
 
 /// R^T D R: the scale D along the axes R of a space, where `local` is the rotation of the local space.
@@ -159,9 +163,10 @@ void C3DTransfo::RotateComponents(C3DRotation & r, tagE3DTRANSFOSPACE space, C3D
                                   tagE3DTRANSFOSPACE pivotSpace, C3DTransfo * pivot, bool updateEuler)
 {
     FreshenComponents(k_AllComponents);
-    C3DRotation inParent = BringIntoParent(r, space, reference, m_Rotation);
+    Pivot const kind = FindPivot(pivotSpace, pivot);
+    C3DRotation inParent = BringIntoParent(r, space, reference, kind != Pivot::None ? &m_Rotation : nullptr);
     Rotate(m_Rotation, r, inParent, space, updateEuler);
-    switch (FindPivot(pivotSpace, pivot))
+    switch (kind)
     {
     case Pivot::None:
         break;
@@ -183,18 +188,20 @@ void C3DTransfo::RotateMatrix(C3DRotation & r, tagE3DTRANSFOSPACE space, C3DRota
                               tagE3DTRANSFOSPACE pivotSpace, C3DTransfo * pivot)
 {
     FreshenMatrix();
+    Pivot const kind = FindPivot(pivotSpace, pivot);
     Matrix axes;
+    C3DRotation rotation;
     if (space == E3DTRANSFOSPACE_LOCAL)
     {
         axes = m_XfoMat;
         axes.SetTranslation(Vector(0, 0, 0));
+        m_XfoMat.GetRotation(rotation);
     }
     else if (space != E3DTRANSFOSPACE_PARENT && reference != nullptr)
     {
         axes.Set(*reference->GetMatrix());
     }
-    C3DRotation rotation;
-    C3DRotation inParent = BringIntoParent(r, space, reference, m_XfoMat.GetRotation(rotation));
+    C3DRotation inParent = BringIntoParent(r, space, reference, kind != Pivot::None ? &rotation : nullptr);
     if (space == E3DTRANSFOSPACE_LOCAL)
     {
         m_XfoMat.Mul(*r.GetMatrix(), m_XfoMat);
@@ -204,7 +211,7 @@ void C3DTransfo::RotateMatrix(C3DRotation & r, tagE3DTRANSFOSPACE space, C3DRota
         m_XfoMat.AddRotation(*inParent.GetMatrix());
     }
     Vector translation;
-    switch (FindPivot(pivotSpace, pivot))
+    switch (kind)
     {
     case Pivot::None:
         break;
@@ -214,14 +221,8 @@ void C3DTransfo::RotateMatrix(C3DRotation & r, tagE3DTRANSFOSPACE space, C3DRota
         break;
     case Pivot::Given:
         Matrix const pivotMatrix = *pivot->GetMatrix();
-        Matrix pivotAxes = pivotMatrix;
-        pivotAxes.SetTranslation(Vector(0, 0, 0));
-        Matrix map;
-        map.Set(*r.GetMatrix());
-        map.Mul(InverseOf(axes), map).Mul(axes);
-        map.Mul(pivotAxes, map).Mul(InverseOf(pivotAxes));
         GetTranslation(translation);
-        WriteTranslation(MapInPivotSpace(translation, pivotMatrix, map));
+        WriteTranslation(MapInPivotSpace(translation, pivotMatrix, BringIntoPivot(r, axes, pivotMatrix)));
         break;
     }
     MarkMatrixAsSource();
@@ -313,7 +314,7 @@ C3DTransfo & C3DTransfo::AddScalingOrientation(C3DRotation & r, tagE3DTRANSFOSPA
 {
     FreshenComponents(k_AllComponents);
     C3DRotation orientation = m_pScalingOrientation != nullptr ? *m_pScalingOrientation : C3DRotation();
-    C3DRotation inParent = BringIntoParent(r, space, reference, orientation);
+    C3DRotation inParent = BringIntoParent(r, space, reference, nullptr);
     Rotate(orientation, r, inParent, space, updateEuler);
     StoreScalingOrientation(orientation);
     MarkComponentsAsSource();

@@ -13,14 +13,6 @@ using namespace math::detail;
 namespace
 {
 
-/// The upper block of a matrix.
-template <typename T>
-C3DMatrix33Tpl<T> UpperBlock(C3DMatrix44Tpl<T> const & m)
-{
-    return {m.Get(0, 0), m.Get(0, 1), m.Get(0, 2), m.Get(1, 0), m.Get(1, 1),
-            m.Get(1, 2), m.Get(2, 0), m.Get(2, 1), m.Get(2, 2)};
-}
-
 /// What SetScaling takes for a small positive factor. Callers rely on the value in `double`, a million times the
 /// tolerance.
 template <typename T>
@@ -152,21 +144,21 @@ void C3DXfoMatTpl<T>::SetUpperBlock(C3DMatrix33Tpl<T> const & block, unsigned ch
 template <typename T>
 C3DXfoMatTpl<T> & C3DXfoMatTpl<T>::Mul(C3DRotMatTpl<T> const & r, C3DXfoMatTpl const & m)
 {
-    SetUpperBlock(C3DMatrix33Tpl<T>().Mul(r, UpperBlock(m)), m.GetSclSignBits());
+    SetUpperBlock(C3DMatrix33Tpl<T>().Mul(r, C3DMatrix33Tpl<T>(3, 3, m)), m.GetSclSignBits());
     return *this;
 }
 
 template <typename T>
 C3DXfoMatTpl<T> & C3DXfoMatTpl<T>::Mul(C3DXfoMatTpl const & m, C3DRotMatTpl<T> const & r)
 {
-    SetUpperBlock(C3DMatrix33Tpl<T>().Mul(UpperBlock(m), r), m.GetSclSignBits());
+    SetUpperBlock(C3DMatrix33Tpl<T>().Mul(C3DMatrix33Tpl<T>(3, 3, m), r), m.GetSclSignBits());
     return *this;
 }
 
 template <typename T>
 C3DXfoMatTpl<T> & C3DXfoMatTpl<T>::MulTransByReg(C3DRotMatTpl<T> const & r, C3DXfoMatTpl const & m)
 {
-    SetUpperBlock(C3DMatrix33Tpl<T>().MulTransByReg(r, UpperBlock(m)), m.GetSclSignBits());
+    SetUpperBlock(C3DMatrix33Tpl<T>().MulTransByReg(r, C3DMatrix33Tpl<T>(3, 3, m)), m.GetSclSignBits());
     return *this;
 }
 
