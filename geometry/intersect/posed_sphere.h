@@ -1,0 +1,32 @@
+#pragma once
+
+#include "math/platform/pose.h"
+#include "math/transformation.h"
+#include "math/vector3.h"
+
+namespace math::detail
+{
+
+/// The radius under the scaling of a pose: times the greatest factor, sign included.
+inline double ScaleRadius(double radius, C3DVector3Tpl<double> const & scaling)
+{
+    return radius * scaling.GetMaxComponent(0);
+}
+
+/// A sphere in the space of another pose: the radius times the greatest factor in magnitude, and the center of its
+/// pose.
+struct RelativeSphere
+{
+    RelativeSphere(double ownRadius, C3DTransfo & relative)
+    {
+        C3DVector3Tpl<double> scaling;
+        relative.GetScaling(scaling);
+        relative.GetTranslation(center);
+        radius = ownRadius * scaling.GetMaxComponent(1);
+    }
+
+    double radius;
+    C3DVector3Tpl<double> center;
+};
+
+} // namespace math::detail

@@ -1,0 +1,37 @@
+#pragma once
+
+/// \file
+/// Vectors as values, for formulas with several of them.
+
+#include "math/vector3.h"
+
+namespace math::detail
+{
+
+/// a - b.
+inline C3DVector3Tpl<double> Difference(C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b)
+{
+    return C3DVector3Tpl<double>().Sub(a, b);
+}
+
+/// a x b.
+inline C3DVector3Tpl<double> Cross(C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b)
+{
+    return C3DVector3Tpl<double>().SetCross(a, b);
+}
+
+/// origin + t direction.
+inline C3DVector3Tpl<double> PointAlong(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & direction,
+                                        double t)
+{
+    return C3DVector3Tpl<double>().Mul(direction, t).Add(origin);
+}
+
+/// The vector made unit; as it is where its length is not above the standard tolerance.
+inline C3DVector3Tpl<double> UnitOrSame(C3DVector3Tpl<double> vector)
+{
+    vector.Normalize();
+    return vector;
+}
+
+} // namespace math::detail

@@ -1,0 +1,18 @@
+#pragma once
+
+/// \file
+/// The bounding cylinder.
+
+#include "math/cylinder.h"
+
+/// A cylinder by another name.
+class MATH_API C3DBCylinder : public C3DBaseCylinder
+{
+public:
+    C3DBCylinder();
+    C3DBCylinder(double radius, double length, tagE3DCylinderAxisType type);
+    C3DBCylinder(double radius, C3DVector3Tpl<double> const & start, C3DVector3Tpl<double> const & end);
+    C3DBCylinder(C3DBCylinder const & other) = default;
+    C3DBCylinder & operator=(C3DBCylinder const & other) = default;
+    ~C3DBCylinder() override;
+};

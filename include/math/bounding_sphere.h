@@ -1,0 +1,34 @@
+#pragma once
+
+/// \file
+/// The bounding sphere.
+
+#include "math/sphere.h"
+#include "math/transformation_matrix.h"
+
+/// A sphere that grows to hold what it bounds.
+class MATH_API C3DBSphere : public C3DBaseSphere
+{
+public:
+    /// Radius 1e-6 about the origin.
+    C3DBSphere();
+    explicit C3DBSphere(double radius);
+    C3DBSphere(double radius, C3DVector3Tpl<double> const & center);
+
+    /// 1 where the radius is not above 1e-6: the default sphere is empty, and each whose radius was raised to that. A
+    /// NaN is not.
+    int IsEmpty() const;
+
+    /// Grows the radius to hold a point. The center stays.
+    C3DBSphere & MergeVector(C3DVector3Tpl<double> const & point);
+    C3DBSphere & MergeVector(double x, double y, double z);
+
+    /// Grows, and moves, towards another sphere: the sphere from this center to the far side of the other one. **It
+    /// holds the other sphere only where this center is the world's origin**, since the far side is measured from
+    /// there, and this radius is not read. Another center at the origin gives NaNs.
+    C3DBSphere & MergeBSphere(C3DBSphere const & sphere);
+
+    /// The sphere that holds this one after a transformation: the center transformed, the radius times the greatest
+    /// scale factor in magnitude. The result is not raised to 1e-6.
+    C3DBSphere & SetToBSphereOfTransformedBSphere(C3DXfoMatTpl<double> const & matrix);
+};

@@ -1,0 +1,123 @@
+#pragma once
+
+/// \file
+/// The box.
+
+#include "math/geometry.h"
+
+/// A box along the coordinate axes, from a minimum to a maximum corner. Nothing keeps the minimum below the maximum.
+///
+/// Its surface is a function of two parameters: v leads from the middle of the top (+Y) over its edge at 0.25 down to
+/// the bottom at 0.75 and to its middle, u around. Each is taken modulo 1 with its sign, so that a negative one stays
+/// negative. The parametrisation is not continuous: pieces do not join up, and the -Z side has a jump at u = 0.1875.
+class MATH_API C3DBaseBox : public math::detail::PartialGeometry
+{
+public:
+    /// \name Construction and access
+    ///@{
+
+    /// All bounds 0.
+    C3DBaseBox();
+    /// A cube about the origin.
+    explicit C3DBaseBox(double side);
+    /// About the origin, with these sides.
+    explicit C3DBaseBox(C3DVector3Tpl<double> const & sides);
+    C3DBaseBox(C3DVector3Tpl<double> const & minimum, C3DVector3Tpl<double> const & maximum);
+
+    C3DVector3Tpl<double> const & GetMin() const;
+    C3DVector3Tpl<double> const & GetMax() const;
+    double GetMinX() const;
+    double GetMinY() const;
+    double GetMinZ() const;
+    double GetMaxX() const;
+    double GetMaxY() const;
+    double GetMaxZ() const;
+
+    void SetMin(C3DVector3Tpl<double> const & minimum);
+    void SetMin(double x, double y, double z);
+    void SetMax(C3DVector3Tpl<double> const & maximum);
+    void SetMax(double x, double y, double z);
+    void SetMinX(double x);
+    void SetMinY(double y);
+    void SetMinZ(double z);
+    void SetMaxX(double x);
+    void SetMaxY(double y);
+    void SetMaxZ(double z);
+
+    void Set(C3DBaseBox const & box);
+
+    /// **Not a copy:** the box about the origin whose sides are the maximum corner of this one. To copy use `Set` or
+    /// assignment. The output may be this box.
+    void Get(C3DBaseBox & out) const;
+
+    /// A cube about the origin.
+    void SetCube(double const & side);
+    /// The greatest side.
+    void GetCube(double & side) const;
+    /// A box about the origin, with these sides.
+    void SetSideLengths(C3DVector3Tpl<double> const & sides);
+    void GetSideLengths(C3DVector3Tpl<double> & sides) const;
+
+    /// The bounds of points; a null array or a count of 0 changes nothing. A NaN in the first point stays; in a later
+    /// one it is passed over.
+    void SetFromVectorArray(C3DVector3Tpl<double> const * points, unsigned long count);
+    ///@}
+
+    /// \name Tests
+    /// 1 where the named coordinates lie within the bounds, ends included, else 0.
+    ///@{
+    int IsBetweenXPlane(C3DVector3Tpl<double> const & point) const;
+    int IsBetweenYPlane(C3DVector3Tpl<double> const & point) const;
+    int IsBetweenZPlane(C3DVector3Tpl<double> const & point) const;
+    int IsInsideYZRect(C3DVector3Tpl<double> const & point) const;
+    int IsInsideXZRect(C3DVector3Tpl<double> const & point) const;
+    int IsInsideXYRect(C3DVector3Tpl<double> const & point) const;
+    int IsInsideBox(C3DVector3Tpl<double> const & point) const;
+    ///@}
+
+    /// \name Change of size
+    ///@{
+
+    /// Makes each side longer by a component, half at each end.
+    void Inflate(C3DVector3Tpl<double> const & sizes);
+    /// Scales each side by a factor, about the middle of the box.
+    void Scale(C3DVector3Tpl<double> const & factors);
+    ///@}
+
+    /// \name Surface
+    ///@{
+
+    /// The distance of F3DLocalBoxVsSphereIntersection for a sphere of radius 0, which expects the origin inside the
+    /// box: the gap to a face for a point over one, the distance for one beyond an edge or a corner of which all axes
+    /// are near, else the least coordinate, or 0. Returns 0.
+    long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
+
+    /// Not implemented: `E_NOTIMPL`, with nothing written.
+    long ProjectOn(C3DVector3Tpl<double> const & point, double & u, double & v) const;
+
+    /// The point of the surface. Returns 0.
+    long GetPos(double u, double v, C3DVector3Tpl<double> & point) const;
+    /// The outward normal of the face. Returns 0.
+    long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) const;
+    /// GetOrthogonalBasis of the normal. Returns 0.
+    long GetTangents(double u, double v, C3DVector3Tpl<double> & first, C3DVector3Tpl<double> & second) const;
+    ///@}
+
+    /// \name Contacts
+    /// A sphere answers in the space of the box, and so returns `E_NOTIMPL` with `flags` and record filled where there
+    /// is a record to fill; without one the code is 0. Its stored center plays no part, and the greatest scale factor
+    /// in magnitude scales its radius. A failing pose is ignored there.
+    ///
+    /// Two boxes count as centered on their poses **and as twice their size**: whole sides go in for the half sizes of
+    /// F3DLocalBoxVsBoxIntersection.
+    ///@{
+    long Intersect_Sphere(I3DPose_QN * const pose, C3DBaseSphere const & other, I3DPose_QN * const otherPose,
+                          unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    long Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & other, I3DPose_QN * const otherPose,
+                       unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    ///@}
+
+private:
+    C3DVector3Tpl<double> m_Min;
+    C3DVector3Tpl<double> m_Max;
+};

@@ -1,0 +1,151 @@
+#pragma once
+
+/// \file
+/// The sphere.
+
+#include "math/geometry.h"
+
+namespace math::detail
+{
+
+class SphereInspector;
+
+} // namespace math::detail
+
+/// A sphere: radius and center. A radius not above 1e-6, or a NaN, becomes 1e-6 on its way in.
+///
+/// Its surface is a function of two parameters: v leads from the pole at +Y (0) to the pole at -Y (1), u around Y from
+/// +X (0) over -Z back (1). They are used as given, without taking them modulo 1.
+class MATH_API C3DBaseSphere : public C3DMathGeometry
+{
+public:
+    /// \name Construction and access
+    ///@{
+
+    /// Radius 1e-6 about the origin.
+    C3DBaseSphere();
+    explicit C3DBaseSphere(double radius);
+    C3DBaseSphere(double radius, C3DVector3Tpl<double> const & center);
+
+    void Set(double radius, C3DVector3Tpl<double> const & center);
+    /// **Copies the radius alone:** the center stays. Assignment copies both.
+    void Set(C3DBaseSphere const & sphere);
+    void SetRadius(double radius);
+    void SetCenter(C3DVector3Tpl<double> const & center);
+    void GetRadius(double & radius) const;
+    void GetCenter(C3DVector3Tpl<double> & center) const;
+    ///@}
+
+    /// \name Surface
+    ///@{
+
+    /// The distance from the surface, negative inside. Returns 0.
+    long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
+
+    /// The parameters of the point's direction from the center: u and v from 0 to 1; zeros for the center. Returns 0.
+    long ProjectOn(C3DVector3Tpl<double> const & point, double & u, double & v) const;
+
+    /// The point of the surface. Returns 0.
+    long GetPos(double u, double v, C3DVector3Tpl<double> & point) const;
+    /// The outward unit normal. Returns 0.
+    long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) const;
+    /// A unit vector along the circle of latitude for a and its cross product from the left with the normal:
+    /// `first` is (cos a, 0, sin a) with a = (0.5 - 2u) pi, and `second` normal x first. Returns 0.
+    long GetTangents(double u, double v, C3DVector3Tpl<double> & first, C3DVector3Tpl<double> & second) const;
+    ///@}
+
+    /// \name Contacts
+    /// All three answer; with a record they also give the parameters of the contact on this sphere.
+    ///
+    /// Against a point or a sphere the radius is scaled by the greatest factor of the pose, sign included, so that
+    /// three negative factors make it negative; against a box by the greatest magnitude. A point stands where its pose
+    /// does, and is taken relative to this center. The record of two spheres and of a box is in world space; so is that
+    /// of a point.
+    ///@{
+    long Intersect_Point(I3DPose_QN * const pose, C3DPoint const & other, I3DPose_QN * const otherPose,
+                         unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    long Intersect_Sphere(I3DPose_QN * const pose, C3DBaseSphere const & other, I3DPose_QN * const otherPose,
+                          unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    long Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & other, I3DPose_QN * const otherPose,
+                       unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    ///@}
+
+    /// \name Constraints on primitives
+    /// A primitive is an array of points. Is it inside, outside or on the sphere, and what translation would make it
+    /// so? A point counts as on the surface within 1e-12.
+    ///
+    /// The kinds of a whole array, as `flags`:
+    ///
+    /// | value | points |
+    /// |---|---|
+    /// | 0x10000 | some inside and some outside |
+    /// | 0x60000 | some inside, some on the surface |
+    /// | 0x40000 | all inside |
+    /// | 0x20004 | some on the surface, some outside |
+    /// | 0x100000 | all on the surface |
+    /// | 4 | all outside, or no point |
+    ///
+    /// The points of a kind are counted with 16 bits: 65536 of them count as none.
+    ///@{
+
+    /// The kind of one point, and its offset from the center. The pose is not read.
+    long GetPointLocation(I3DPose_QN * const pose, C3DVector3Tpl<double> const & point, unsigned long & flags,
+                          C3DVector3Tpl<double> & offset);
+
+    /// The kind of an array in the space of the sphere. The pose is not read.
+    long GetPrimitiveLocation(I3DPose_QN * const pose, C3DVector3Tpl<double> * points, unsigned long & flags,
+                              unsigned long count);
+
+    /// The same, with the offset from the center of the point that is farthest outside; null where none is outside.
+    /// Note the order of the arguments.
+    long CheckPrimitiveInclusion(I3DPose_QN * const pose, C3DVector3Tpl<double> * points, unsigned long count,
+                                 unsigned long & flags, C3DVector3Tpl<double> & worst);
+
+    /// The same, with that of the point that is deepest inside, the last one of several; null where all are outside.
+    long CheckPrimitiveExclusion(I3DPose_QN * const pose, C3DVector3Tpl<double> * points, unsigned long & flags,
+                                 C3DVector3Tpl<double> & worst, unsigned long count);
+
+    /// The same, with that of the point that is nearest to the center; null for no point.
+    long CheckPrimitiveOnSurface(I3DPose_QN * const pose, C3DVector3Tpl<double> * points, unsigned long & flags,
+                                 C3DVector3Tpl<double> & worst, unsigned long count);
+
+    /// The kind of the array when it is moved so that `reference` comes to the origin of the space. A bit 0x40000 tells
+    /// that it can fit; a primitive wholly on the surface lacks it. The pose is not read.
+    /// \return `E_POINTER` for a null array; `E_OUTOFMEMORY`
+    long IsPrimitiveLarger(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
+                           unsigned long & flags, unsigned long count);
+
+    /// The translation in world space that moves a primitive, given in world space, into the sphere, which stands in
+    /// the space of the pose; minus the reference, so that this comes to the origin of the pose, where the primitive is
+    /// too large. It is found step by step, to a ten thousandth of the radius, and may fall short where progress
+    /// stalls.
+    ///
+    /// The steps aim at the sphere's surface as if its center were the origin of the pose, and are right there alone.
+    /// That holds for the three operations. They give back the first negative code of the pose or of a step: `error`
+    /// is then unwritten, or holds the sum of the steps so far in the space of the pose. Memory that cannot be had is
+    /// not reported: the result is that of the pose, and `error` is unwritten.
+    long GetInclusionError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
+                           C3DVector3Tpl<double> & error, unsigned long count);
+
+    /// The same out of the sphere. `reference` is not read.
+    long GetExclusionError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
+                           C3DVector3Tpl<double> & error, unsigned long count);
+
+    /// The same until the primitive touches the sphere. `reference` is not read.
+    long GetOnSurfaceError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
+                           C3DVector3Tpl<double> & error, unsigned long count);
+
+    /// 1 where a point in world space is on or in a sphere of this radius about the origin of the pose, else 0, which a
+    /// failing pose gives too. **The stored center is not read.** A null pose is the world.
+    int PointIsIncluded(I3DPose_QN * const pose, C3DVector3Tpl<double> const & point);
+    ///@}
+
+private:
+    friend class math::detail::SphereInspector;
+
+    long FindBetterTranslation(C3DVector3Tpl<double> const & direction, C3DVector3Tpl<double> & translation) const;
+
+protected:
+    double m_Radius;
+    C3DVector3Tpl<double> m_Center;
+};
