@@ -5,6 +5,11 @@
 #include "math/point.h"
 #include "math/sphere.h"
 
+#include <type_traits>
+
+static_assert(sizeof(tagS3DGEOMINFO) == 9 * sizeof(double));
+static_assert(std::is_standard_layout_v<tagS3DGEOMINFO> && std::is_trivially_copyable_v<tagS3DGEOMINFO>);
+
 C3DMathGeometry::~C3DMathGeometry() = default;
 
 long C3DMathGeometry::GetType(e3dBaseGeomType & type) const
