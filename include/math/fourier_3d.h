@@ -1,0 +1,77 @@
+#pragma once
+
+/// \file
+/// Three-dimensional signals and their Fourier, cosine and sine transforms.
+
+#include "math/api.h"
+
+namespace math::detail
+{
+
+struct TableCounts;
+class TransformTablesInspector;
+
+} // namespace math::detail
+
+/// Planes of rows of samples, each row on its own.
+class MATH_API CDSPSignal3D
+{
+public:
+    double *** m_Data;    ///< the planes of rows, owned
+    unsigned int m_Size1; ///< how many planes there are
+    unsigned int m_Size2; ///< how many rows a plane has
+    unsigned int m_Size3; ///< how many `double` values a row has
+
+    /// Values that are not initialised. Where memory is short, what could not be had is null, and nothing tells so.
+    CDSPSignal3D(unsigned int size1, unsigned int size2, unsigned int size3);
+
+    /// Independent copies.
+    CDSPSignal3D(CDSPSignal3D const & other);
+    CDSPSignal3D & operator=(CDSPSignal3D const & other);
+    ~CDSPSignal3D();
+};
+
+/// Transforms of signals of n1 planes of n2 rows of n3 values: as CDSPTransform2D, with one axis more, and its words
+/// "Out of memory in CDSPTransform3D...".
+class MATH_API CDSPTransform3D
+{
+public:
+    CDSPTransform3D();
+    CDSPTransform3D(CDSPTransform3D const & other) = delete;
+    CDSPTransform3D & operator=(CDSPTransform3D const & other) = delete;
+    ~CDSPTransform3D();
+
+    /// Rows of n3/2 complex samples. There and back multiplies by n1 n2 n3 / 2.
+    bool ComplexFFT(int sign, CDSPSignal3D * signal);
+
+    /// Real values and the half of their transform that the other half mirrors, X[-k1][-k2][-k3] = conj X[k1][k2][k3].
+    ///
+    /// Packed, columns 0 and n3/2 share the first two values of a row: of row (k1, k2) and its mirror (-k1, -k2) the
+    /// first has its own column 0 there, and the second the imaginary and real part of its own column n3/2. The first
+    /// is the one with 0 < k1 < n1/2 or, in planes 0 and n1/2, 0 < k2 < n2/2. The four rows that mirror themselves have
+    /// the real parts of both.
+    ///
+    /// For `isExpanded` see CDSPTransform2D::RealFFT; n3 is the row less two there.
+    bool RealFFT(int sign, bool isExpanded, CDSPSignal3D * signal);
+
+    /// The cosine and sine transform along the three axes, with the same sign.
+    bool RealDCT(int sign, CDSPSignal3D * signal);
+    bool RealDST(int sign, CDSPSignal3D * signal);
+
+private:
+    friend class math::detail::TransformTablesInspector;
+
+    bool InitArrays(unsigned int wCount, unsigned int ipCount, unsigned int tCount);
+    bool Prepare(unsigned int size1, unsigned int size2, unsigned int size3, math::detail::TableCounts const & counts);
+    template <typename Kernel>
+    bool RunTrigonometric(int sign, CDSPSignal3D * signal, Kernel kernel);
+
+    double * m_Work;
+    double * m_Scratch;
+    int * m_Index;
+    unsigned int m_MaxSize1;
+    unsigned int m_MaxSize2;
+    unsigned int m_MaxSize3;
+    bool m_Initialized;
+    bool m_IsTried;
+};

@@ -1,0 +1,76 @@
+#pragma once
+
+/// \file
+/// Transforms along the columns of rows that lie apart, a few columns at a time in scratch memory.
+
+#include <algorithm>
+#include <cstddef>
+
+namespace math::detail
+{
+
+/// How many values of a row are transformed together: four columns, or as many as there are.
+inline int ColumnGroupWidth(int width, int elementSize)
+{
+    return std::min(width, 4 * elementSize);
+}
+
+/// The columns of `Count` elements of `ElementSize` values each that begin at one place of every row.
+template <int Count, int ElementSize>
+struct ColumnGroup
+{
+    template <typename RowOf, typename Kernel>
+    static void Transform(int length, int place, RowOf rowOf, double * t, Kernel kernel)
+    {
+        std::ptrdiff_t const columnSize = static_cast<std::ptrdiff_t>(length) * ElementSize;
+        auto const forEachValue = [&](auto move)
+        {
+            for (int i = 0; i < length; ++i)
+            {
+                double * const row = rowOf(i) + place;
+                double * const inColumns = t + static_cast<std::ptrdiff_t>(i) * ElementSize;
+                for (int column = 0; column < Count; ++column)
+                {
+                    for (int value = 0; value < ElementSize; ++value)
+                    {
+                        move(row[column * ElementSize + value], inColumns[column * columnSize + value]);
+                    }
+                }
+            }
+        };
+        forEachValue([](double const & inRow, double & inColumn) { inColumn = inRow; });
+        for (int column = 0; column < Count; ++column)
+        {
+            kernel(t + column * columnSize);
+        }
+        forEachValue([](double & inRow, double const & inColumn) { inRow = inColumn; });
+    }
+};
+
+/// Runs `kernel` on every column.
+/// \param length how many rows there are
+/// \param width how many values a row has, a power of two
+/// \param rowOf gives the row of a number
+/// \param t scratch for `length` times ColumnGroupWidth values
+/// \param kernel transforms a column in place
+template <int ElementSize, typename RowOf, typename Kernel>
+void TransformColumns(int length, int width, RowOf rowOf, double * t, Kernel kernel)
+{
+    int const groupWidth = ColumnGroupWidth(width, ElementSize);
+    for (int place = 0; place < width; place += groupWidth)
+    {
+        switch (groupWidth / ElementSize)
+        {
+        case 4:
+            ColumnGroup<4, ElementSize>::Transform(length, place, rowOf, t, kernel);
+            break;
+        case 2:
+            ColumnGroup<2, ElementSize>::Transform(length, place, rowOf, t, kernel);
+            break;
+        default:
+            ColumnGroup<1, ElementSize>::Transform(length, place, rowOf, t, kernel);
+        }
+    }
+}
+
+} // namespace math::detail

@@ -1,0 +1,27 @@
+#pragma once
+
+/// \file
+/// What the transform kernels share: tables on demand, and the passes between a real and a complex transform.
+
+namespace math::detail
+{
+
+/// Makes n / `ratio` twiddles where there are fewer. New twiddles leave no cosines.
+void EnsureTwiddles(int n, int ratio, int * ip, double * w);
+
+/// Makes n / `ratio` cosines, behind the twiddles, where there are fewer. Twiddles come first.
+void EnsureCosines(int n, int ratio, int * ip, double * w);
+
+/// The real transform of n values but for the two that stand in one place, after and before the complex one.
+void DSPRealForwardPost(int n, double * a, int nc, double const * c);
+void DSPRealBackwardPre(int n, double * a, int nc, double const * c);
+
+/// The turn of pairs of values that makes a cosine or sine transform of a real one.
+void DSPCosinePhase(int n, double * a, int nc, double const * c);
+void DSPSinePhase(int n, double * a, int nc, double const * c);
+
+/// The complex transform of n values and the pass behind it, or the pass before it; nothing below 4 values.
+void TransformForward(int n, double * a, int const * ip, double const * w);
+void TransformBackward(int n, double * a, int const * ip, double const * w);
+
+} // namespace math::detail
