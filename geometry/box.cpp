@@ -133,7 +133,8 @@ void C3DBaseBox::GetCube(double & side) const
 {
     Vector sides;
     GetSideLengths(sides);
-    side = sides.GetMaxComponent(0);
+    // By its index, which settles ties: of zeros of different sign the later axis wins.
+    side = sides.Get(sides.GetIndexOfMaxComponent(0));
 }
 
 void C3DBaseBox::SetSideLengths(Vector const & sides)

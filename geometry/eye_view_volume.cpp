@@ -8,12 +8,11 @@ namespace math::detail
 namespace
 {
 
-/// Two numbers that go through the same operations side by side, in the registers that every target of the library has,
-/// and two truth values of which the comparisons set all bits or none.
-// NOLINTBEGIN(modernize-use-using): they take the attribute.
-typedef double Pair __attribute__((vector_size(16)));
-typedef long long PairOfTruths __attribute__((vector_size(16)));
-// NOLINTEND(modernize-use-using)
+/// Two numbers that go through the same operations side by side, in the registers that every target of the library has.
+typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
+
+/// Two truth values, with all bits set or none. Of which integer type the comparisons make them is the compiler's own.
+using PairOfTruths = decltype(Pair() < Pair());
 
 /// Two of the eight corners of a box, seen from the camera: those at its minimum and its maximum along its Z axis.
 struct CornerPair
@@ -45,41 +44,53 @@ void TransformCorners(C3DVector3Tpl<double> const * box, C3DXfoMatTpl<double> co
     }
 }
 
-Pair Dot(double const (&side)[3], CornerPair const & p)
-{
-    return side[0] * p.x + side[1] * p.y + side[2] * p.z;
-}
-
 /// What the outcodes of the corners have in common. A bit of an outcode tells that a corner is beyond one plane.
 class Outcodes
 {
 public:
-    /// Two opposite planes: a corner beyond the first one is not beyond the second.
-    void Add(int first, PairOfTruths isBeyondFirst, PairOfTruths isBeyondSecond)
+    /// Two opposite planes: a corner beyond the first one is not beyond the second. Returns whether one of them has all
+    /// corners beyond it, and so separates the box from the volume.
+    template <typename First, typename Second>
+    bool Add(CornerPair const (&corners)[k_CornerPairs], First isBeyondFirst, Second isBeyondSecond)
     {
-        m_AreAllBeyond[first] &= isBeyondFirst;
-        m_AreAllBeyond[first + 1] &= isBeyondSecond & ~isBeyondFirst;
-        m_IsAnyBeyond |= isBeyondFirst | isBeyondSecond;
+        PairOfTruths areBeyondFirst = {-1, -1};
+        PairOfTruths areBeyondSecond = {-1, -1};
+        for (CornerPair const & p : corners)
+        {
+            PairOfTruths const first = isBeyondFirst(p);
+            PairOfTruths const second = isBeyondSecond(p);
+            areBeyondFirst &= first;
+            areBeyondSecond &= second & ~first;
+            m_IsAnyBeyond |= first | second;
+        }
+        return ((areBeyondFirst[0] & areBeyondFirst[1]) | (areBeyondSecond[0] & areBeyondSecond[1])) != 0;
     }
 
-    tagE3DVIEWINTERSECTION Classify() const
-    {
-        PairOfTruths isSeparated = {0, 0};
-        for (PairOfTruths const & areAllBeyond : m_AreAllBeyond)
-        {
-            isSeparated |= areAllBeyond & __builtin_shufflevector(areAllBeyond, areAllBeyond, 1, 0);
-        }
-        if (isSeparated[0] != 0)
-        {
-            return E3DVIEWINTERSECTION_OUTSIDE;
-        }
-        return (m_IsAnyBeyond[0] | m_IsAnyBeyond[1]) != 0 ? E3DVIEWINTERSECTION_CROSSING : E3DVIEWINTERSECTION_INSIDE;
-    }
+    bool IsAnyBeyond() const { return (m_IsAnyBeyond[0] | m_IsAnyBeyond[1]) != 0; }
 
 private:
-    PairOfTruths m_AreAllBeyond[6] = {{-1, -1}, {-1, -1}, {-1, -1}, {-1, -1}, {-1, -1}, {-1, -1}};
     PairOfTruths m_IsAnyBeyond = {0, 0};
 };
+
+/// The sides of an orthographic volume. Returns whether one of them separates.
+bool AddBoxSides(EyeViewVolume const & volume, CornerPair const (&corners)[k_CornerPairs], Outcodes & codes)
+{
+    return codes.Add(
+               corners, [&](CornerPair const & p) { return p.x < volume.left; },
+               [&](CornerPair const & p) { return p.x > volume.right; }) ||
+           codes.Add(
+               corners, [&](CornerPair const & p) { return p.y < volume.bottom; },
+               [&](CornerPair const & p) { return p.y > volume.top; });
+}
+
+/// The sides of a perspective volume. Returns whether one of them separates.
+bool AddPyramidSides(EyeViewVolume const & volume, CornerPair const (&corners)[k_CornerPairs], Outcodes & codes)
+{
+    auto const isBeyond = [](double const(&side)[3])
+    { return [&side](CornerPair const & p) { return side[0] * p.x + side[1] * p.y + side[2] * p.z < 0; }; };
+    return codes.Add(corners, isBeyond(volume.leftSide), isBeyond(volume.rightSide)) ||
+           codes.Add(corners, isBeyond(volume.bottomSide), isBeyond(volume.topSide));
+}
 
 } // namespace
 
@@ -119,26 +130,23 @@ tagE3DVIEWINTERSECTION EyeViewVolume::Classify(C3DVector3Tpl<double> const * box
     }
     C3DXfoMatTpl<double> const & matrix = boxToWorld != nullptr ? boxToView : worldToView;
     CornerPair corners[k_CornerPairs];
+    Outcodes codes;
+    TransformCorners(box, matrix, 2, &CornerPair::z, corners);
+    if (codes.Add(
+            corners, [this](CornerPair const & p) { return p.z > minusNear; },
+            [this](CornerPair const & p) { return p.z < minusFar; }))
+    {
+        return E3DVIEWINTERSECTION_OUTSIDE;
+    }
     TransformCorners(box, matrix, 0, &CornerPair::x, corners);
     TransformCorners(box, matrix, 1, &CornerPair::y, corners);
-    TransformCorners(box, matrix, 2, &CornerPair::z, corners);
-
-    Outcodes codes;
-    for (CornerPair const & p : corners)
+    bool const isBeyondSide =
+        orthographic != 0 ? AddBoxSides(*this, corners, codes) : AddPyramidSides(*this, corners, codes);
+    if (isBeyondSide)
     {
-        if (orthographic != 0)
-        {
-            codes.Add(0, p.x<left, p.x> right);
-            codes.Add(2, p.y<bottom, p.y> top);
-        }
-        else
-        {
-            codes.Add(0, Dot(leftSide, p) < 0, Dot(rightSide, p) < 0);
-            codes.Add(2, Dot(bottomSide, p) < 0, Dot(topSide, p) < 0);
-        }
-        codes.Add(4, p.z > minusNear, p.z < minusFar);
+        return E3DVIEWINTERSECTION_OUTSIDE;
     }
-    return codes.Classify();
+    return codes.IsAnyBeyond() ? E3DVIEWINTERSECTION_CROSSING : E3DVIEWINTERSECTION_INSIDE;
 }
 
 } // namespace math::detail

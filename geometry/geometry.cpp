@@ -10,6 +10,14 @@
 static_assert(sizeof(tagS3DGEOMINFO) == 9 * sizeof(double));
 static_assert(std::is_standard_layout_v<tagS3DGEOMINFO> && std::is_trivially_copyable_v<tagS3DGEOMINFO>);
 
+C3DMathGeometry::C3DMathGeometry() : C3DMathGeometry(E3DGEOMTYPE_NONE) {}
+
+C3DMathGeometry::C3DMathGeometry(e3dBaseGeomType type) : m_Type(type) {}
+
+C3DMathGeometry::C3DMathGeometry(C3DMathGeometry const & other) = default;
+
+C3DMathGeometry & C3DMathGeometry::operator=(C3DMathGeometry const & other) = default;
+
 C3DMathGeometry::~C3DMathGeometry() = default;
 
 long C3DMathGeometry::GetType(e3dBaseGeomType & type) const

@@ -123,12 +123,22 @@ int C3DPlane::operator==(C3DPlane & other)
     return !IsDifferentFrom(other);
 }
 
+int C3DPlane::operator==(C3DPlane && other)
+{
+    return !IsDifferentFrom(other);
+}
+
 int C3DPlane::operator!=(C3DPlane const & other)
 {
     return IsDifferentFrom(other);
 }
 
 int C3DPlane::operator!=(C3DPlane & other)
+{
+    return IsDifferentFrom(other);
+}
+
+int C3DPlane::operator!=(C3DPlane && other)
 {
     return IsDifferentFrom(other);
 }

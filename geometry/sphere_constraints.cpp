@@ -34,9 +34,9 @@ bool HaveSameBits(Vector const & a, Vector const & b)
 class LocalPrimitive
 {
 public:
-    /// Brings the points into the space of the pose, with `reference` behind them.
+    /// Brings the points into the space of the pose, with `reference` behind them if there is one.
     /// \return the result of the pose. `IsReady` tells whether there was memory too
-    long Prepare(Vector const & reference, Vector const * points, I3DPose_QN * pose, unsigned long count)
+    long Prepare(Vector const * reference, Vector const * points, I3DPose_QN * pose, unsigned long count)
     {
         long const result = pose->GetGlobalMatrix(&m_Matrix);
         if (result < 0)
@@ -55,8 +55,12 @@ public:
         {
             m_Count = count;
             std::copy_n(points, count, m_Points.get());
-            m_Points[count] = reference;
-            F3DMapPointsInRef(m_Points.get(), count + 1, nullptr, m_Matrix, 1);
+            unsigned long used = count;
+            if (reference != nullptr)
+            {
+                m_Points[used++] = *reference;
+            }
+            F3DMapPointsInRef(m_Points.get(), used, nullptr, m_Matrix, 1);
         }
         return result;
     }
@@ -138,11 +142,11 @@ long Correct(LocalPrimitive & primitive, Vector & translation, Check check, IsDo
 
 } // namespace
 
-long C3DBaseSphere::GetOnSurfaceError(Vector const & reference, Vector * points, I3DPose_QN * pose, Vector & error,
+long C3DBaseSphere::GetOnSurfaceError(Vector const & /*reference*/, Vector * points, I3DPose_QN * pose, Vector & error,
                                       unsigned long count)
 {
     LocalPrimitive primitive;
-    long const result = primitive.Prepare(reference, points, pose, count);
+    long const result = primitive.Prepare(nullptr, points, pose, count);
     if (result < 0 || !primitive.IsReady())
     {
         return result;
@@ -174,11 +178,11 @@ long C3DBaseSphere::GetOnSurfaceError(Vector const & reference, Vector * points,
     return Correct(primitive, error, check, isDone, makeStep);
 }
 
-long C3DBaseSphere::GetExclusionError(Vector const & reference, Vector * points, I3DPose_QN * pose, Vector & error,
+long C3DBaseSphere::GetExclusionError(Vector const & /*reference*/, Vector * points, I3DPose_QN * pose, Vector & error,
                                       unsigned long count)
 {
     LocalPrimitive primitive;
-    long const result = primitive.Prepare(reference, points, pose, count);
+    long const result = primitive.Prepare(nullptr, points, pose, count);
     if (result < 0 || !primitive.IsReady())
     {
         return result;
@@ -213,7 +217,7 @@ long C3DBaseSphere::GetInclusionError(Vector const & reference, Vector * points,
                                       unsigned long count)
 {
     LocalPrimitive primitive;
-    long result = primitive.Prepare(reference, points, pose, count);
+    long result = primitive.Prepare(&reference, points, pose, count);
     if (result < 0 || !primitive.IsReady())
     {
         return result;

@@ -37,7 +37,7 @@ void SetRecord(Record *& record, ViewLimits const & limits, C3DXfoMatTpl<double>
 
 static_assert(sizeof(int) == 4 && sizeof(C3DViewVolume) == 3 * sizeof(void *));
 
-C3DViewVolume::C3DViewVolume() : m_ViewSpace(0), m_pEyeVolume(nullptr), m_pWorldVolume(nullptr) {}
+C3DViewVolume::C3DViewVolume() = default;
 
 C3DViewVolume::C3DViewVolume(C3DViewVolume const & source)
     : m_ViewSpace(source.m_ViewSpace), m_pEyeVolume(Copy(source.m_pEyeVolume)),

@@ -1,7 +1,6 @@
 #include "geometry/world_view_volume.h"
 
 #include "geometry/vector_expressions.h"
-#include "math/detail/row4.h"
 #include "math/vector2.h"
 
 #include <cmath>
@@ -132,7 +131,7 @@ void AddLine(Vector const & a, Vector const & b, Vector const & middle, int proj
     {
         normal.Negate();
     }
-    Complete(volume.lines[projection][volume.lineCounts[projection]], &normal.X, -Dot(normal, start));
+    Complete(volume.lines[projection][volume.lineCounts[projection]], normal.GetArray(), -Dot(normal, start));
     ++volume.lineCounts[projection];
 }
 
@@ -157,10 +156,10 @@ void SetSilhouettes(Corners const & corners, WorldViewVolume & volume)
 
 // --- Classifying -----------------------------------------------------------------------------------------------------
 
-/// A box as its minimum and maximum, each with a number behind it that means nothing.
+/// A box as its minimum and its maximum.
 struct Bounds
 {
-    double corners[2][4];
+    double corners[2][3];
 };
 
 /// The bounds of a box under an affine matrix, term by term: each output coordinate is a sum of products with one input
@@ -169,20 +168,20 @@ struct Bounds
 /// J. Arvo, "Transforming axis-aligned bounding boxes", Graphics Gems (1990).
 void TransformBounds(Vector const * box, Matrix const & m, Bounds & bounds)
 {
-    using Row = Row4<double>::Lanes;
-    Row rows[4];
-    LoadRows(m.GetArray(), rows[0], rows[1], rows[2], rows[3]);
-    Row minimum = rows[3];
-    Row maximum = rows[3];
-    for (int i = 0; i < 3; ++i)
+    for (int column = 0; column < 3; ++column)
     {
-        Row const a = rows[i] * box[0].GetArray()[i];
-        Row const b = rows[i] * box[1].GetArray()[i];
-        minimum += a < b ? a : b;
-        maximum += a > b ? a : b;
+        double minimum = m.Get(3, column);
+        double maximum = minimum;
+        for (int row = 0; row < 3; ++row)
+        {
+            double const a = m.Get(row, column) * box[0].GetArray()[row];
+            double const b = m.Get(row, column) * box[1].GetArray()[row];
+            minimum += a < b ? a : b;
+            maximum += a > b ? a : b;
+        }
+        bounds.corners[0][column] = minimum;
+        bounds.corners[1][column] = maximum;
     }
-    StoreRow(minimum, bounds.corners[0]);
-    StoreRow(maximum, bounds.corners[1]);
 }
 
 void CopyBounds(Vector const * box, Bounds & bounds)
@@ -250,7 +249,7 @@ tagE3DVIEWINTERSECTION ClassifyByPlanes(WorldViewVolume const & volume, Bounds c
         {
             return E3DVIEWINTERSECTION_OUTSIDE;
         }
-        isCrossing = isCrossing || ValueAt(k_Shallowest, plane, k_AllThree, box) >= 0;
+        isCrossing |= ValueAt(k_Shallowest, plane, k_AllThree, box) >= 0;
     }
     return isCrossing ? E3DVIEWINTERSECTION_CROSSING : E3DVIEWINTERSECTION_INSIDE;
 }

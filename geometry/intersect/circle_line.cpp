@@ -93,7 +93,7 @@ long F3DWorldCircleVsLineIntersection(C3DBaseCircle const & circle, Vector const
     circle.GetCenter(center);
     circle.GetNormal(normal);
     circle.GetRadius(radius);
-    if (k_StandardTolerance < double >> radius)
+    if (radius < k_StandardTolerance<double>)
     {
         return E_INVALIDARG;
     }

@@ -15,7 +15,8 @@ using Vector = C3DVector3Tpl<double>;
 namespace
 {
 
-/// Where a triangle of weights belongs: the sum of the signed areas is the whole area for a point in the plane alone.
+/// Whether the areas are those of a point in the triangle's plane: off it they do not add up to the whole. A root that
+/// is not exact leaves the point off the plane.
 bool IsInPlane(math::detail::SignedAreas const & areas, double whole)
 {
     constexpr double share = 0.001;

@@ -4,6 +4,8 @@
 #include "math/platform/result.h"
 #include "math/triangle_intersection.h"
 
+#include <cmath>
+
 using math::detail::Difference;
 using math::detail::Dot;
 using Vector = C3DVector3Tpl<double>;
@@ -36,7 +38,9 @@ long F3DWorldSegmentVsTriangleIntersectionOld(Vector const & start, Vector const
                                               double & weightC, Vector * position)
 {
     Vector direction = Difference(end, start);
-    if (direction.IsNull() != 0)
+    // A NaN is not short: it goes on into the outputs.
+    constexpr double tolerance = math::detail::k_StandardTolerance<double>;
+    if (std::abs(direction.X) <= tolerance && std::abs(direction.Y) <= tolerance && std::abs(direction.Z) <= tolerance)
     {
         return S_FALSE;
     }
@@ -49,7 +53,7 @@ long F3DWorldSegmentVsTriangleIntersectionOld(Vector const & start, Vector const
     Vector normal;
     double const area = normal.SetCross(projectedA, projectedB, projectedC).GetLength();
     math::detail::SignedAreas areas(start, projectedA, projectedB, projectedC, normal);
-    if (area > math::detail::k_StandardTolerance<double>)
+    if (area > tolerance)
     {
         areas.Divide(area);
     }

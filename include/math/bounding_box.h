@@ -148,7 +148,7 @@ public:
     /// \param pivot what stays. **The result is relative to it:** the pivot is taken off the bounds and not put back
     /// \param minSizes the least sides; each counts as 1e-12 at least
     /// \param maxSizes the greatest sides, where some component is above 1e-12 in magnitude: a zero beside a used one
-    /// then means the least side. All null, there is no greatest side
+    /// then means the least side, or no limit where that is 1e-12. All null, there is no greatest side
     /// \param clamp 0 keeps the box as it is where a side would break a limit; otherwise the side takes the limit
     ///
     /// A corner at the pivot on some axis divides by zero: the bounds become infinite or NaN.

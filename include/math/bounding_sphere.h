@@ -23,12 +23,15 @@ public:
     C3DBSphere & MergeVector(C3DVector3Tpl<double> const & point);
     C3DBSphere & MergeVector(double x, double y, double z);
 
-    /// Grows, and moves, towards another sphere: the sphere from this center to the far side of the other one. **It
-    /// holds the other sphere only where this center is the world's origin**, since the far side is measured from
-    /// there, and this radius is not read. Another center at the origin gives NaNs.
+    /// Moves, and grows or shrinks: the sphere over the diameter from this center to the far side of the other one.
+    /// **This radius is not read,** so that what was held before may be lost, and the far side is measured from the
+    /// world's origin, as if this center stood there: the result holds the other sphere only where the distance of the
+    /// centers is no less than that of the other center from the origin, nor than the other radius. Another center at
+    /// the origin divides by zero: infinities and NaNs.
     C3DBSphere & MergeBSphere(C3DBSphere const & sphere);
 
-    /// The sphere that holds this one after a transformation: the center transformed, the radius times the greatest
-    /// scale factor in magnitude. The result is not raised to 1e-6.
+    /// The sphere that holds this one after a transformation without shear: the center transformed, the radius times
+    /// the greatest scale factor in magnitude. With shear, images of its points can lie outside. The result is not
+    /// raised to 1e-6.
     C3DBSphere & SetToBSphereOfTransformedBSphere(C3DXfoMatTpl<double> const & matrix);
 };

@@ -7,9 +7,11 @@
 
 /// A box along the coordinate axes, from a minimum to a maximum corner. Nothing keeps the minimum below the maximum.
 ///
-/// Its surface is a function of two parameters: v leads from the middle of the top (+Y) over its edge at 0.25 down to
-/// the bottom at 0.75 and to its middle, u around. Each is taken modulo 1 with its sign, so that a negative one stays
-/// negative. The parametrisation is not continuous: pieces do not join up, and the -Z side has a jump at u = 0.1875.
+/// Its surface is a function of two parameters: v leads from the point X = Z = 0 of the top (+Y) over its edge at 0.25
+/// down to the bottom at 0.75 and to its point X = Z = 0, u around. Each is taken modulo 1 with its sign, so that a
+/// negative one stays negative: a negative u counts as the end of the outline, a negative v as the bottom, which leads
+/// beyond the box. The parametrisation is not continuous: pieces do not join up, and the -Z side has a jump at
+/// u = 0.1875. The points lie on the box where it holds the axis X = Z = 0.
 class MATH_API C3DBaseBox : public math::detail::PartialGeometry
 {
 public:
@@ -52,7 +54,7 @@ public:
 
     /// A cube about the origin.
     void SetCube(double const & side);
-    /// The greatest side.
+    /// The greatest side; of equal ones that of the later axis, which tells where zeros differ in sign.
     void GetCube(double & side) const;
     /// A box about the origin, with these sides.
     void SetSideLengths(C3DVector3Tpl<double> const & sides);
@@ -87,9 +89,10 @@ public:
     /// \name Surface
     ///@{
 
-    /// The distance of F3DLocalBoxVsSphereIntersection for a sphere of radius 0, which expects the origin inside the
-    /// box: the gap to a face for a point over one, the distance for one beyond an edge or a corner of which all axes
-    /// are near, else the least coordinate, or 0. Returns 0.
+    /// The distance that F3DLocalBoxVsSphereIntersection gives for a sphere of radius 0. It is no distance from the
+    /// box. For a box that holds the origin it is, inside, the gap to the face across X on the point's side (negative),
+    /// however near another face may be; the least coordinate for a point whose three coordinates are all out of
+    /// bounds; and 0 for any other point. Returns 0.
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
 
     /// Not implemented: `E_NOTIMPL`, with nothing written.

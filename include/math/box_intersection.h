@@ -31,15 +31,17 @@ MATH_API long F3DLocalBoxVsPointIntersection(C3DVector3Tpl<double> const & min, 
 /// An axis is *near* when the sphere, its radius less `tol`, reaches inwards past the face on its side; a near axis
 /// whose other two coordinates lie in the bounds is a contact with that face. Otherwise near axes make an edge or a
 /// corner, and its distance decides. (J. Arvo, "A simple method for box-sphere intersection testing", Graphics Gems,
-/// 1990, for the idea.)
+/// 1990, for the idea.) The answer is that of the solids for a box that holds the origin and a radius not below `tol`.
 ///
 /// \param min,max the box
 /// \param center,radius the sphere
 /// \param flags 0x10000 for a contact, else 4
 /// \param info receives, for a face: on its axis alone a component of position (the point of the sphere that lies
-/// deepest) and of normal (the outward sign), and the gap as the distance. For an edge or corner: the components of
-/// position on its axes, the outward unit normal, and the distance. Beyond every face: the least coordinate of the
-/// sphere's inward points as the distance. **What is not named stays:** clear a record that you mean to read whole.
+/// deepest) and of normal (the outward sign), and the gap of that point as the distance, from the face on **the point's
+/// own side of the origin**, which is not that of the normal once the sphere reaches across it. For an edge or corner:
+/// the components of position on its axes, the outward unit normal, and the distance. Beyond every face: the least
+/// coordinate of the sphere's inward points as the distance, which is no gap. **What is not named stays:** clear a
+/// record that you mean to read whole.
 /// \param tol the tolerance
 MATH_API long F3DLocalBoxVsSphereIntersection(C3DVector3Tpl<double> const & min, C3DVector3Tpl<double> const & max,
                                               C3DVector3Tpl<double> const & center, double radius,
@@ -53,7 +55,7 @@ MATH_API long F3DLocalBoxVsSphereIntersection(C3DVector3Tpl<double> const & min,
 /// \param translation the center of the second box; that of the first is the origin
 /// \param extentsA,extentsB the half sizes
 /// \param flags 4 for boxes apart, else 0x10000
-/// \param info is cleared, and receives nothing else
+/// \param info is cleared before anything is read, and receives nothing else: it must not hold the other arguments
 /// \param tol is not read: boxes that touch intersect
 MATH_API long F3DLocalBoxVsBoxIntersection(C3DRotMatTpl<double> const & rotation,
                                            C3DVector3Tpl<double> const & translation,

@@ -18,7 +18,8 @@ public:
     /// About an axis; a value that names none leaves the normal uninitialised.
     C3DBaseCircle(C3DVector3Tpl<double> const & center, double radius, tagE3DAXISTYPE axis);
 
-    /// Through a point, whose distance from the center is the radius; where it lies across the normal does not matter.
+    /// Through a point, whose distance from the center is the radius; that it may lie off the plane does not matter. A
+    /// distance that is a NaN gives 1e-6. An axis that is none leaves the normal uninitialised.
     C3DBaseCircle(C3DVector3Tpl<double> const & center, C3DVector3Tpl<double> const & pointOnCircle,
                   tagE3DAXISTYPE axis);
     C3DBaseCircle(C3DVector3Tpl<double> const & center, C3DVector3Tpl<double> const & pointOnCircle,
@@ -34,9 +35,13 @@ public:
     void GetNormal(C3DVector3Tpl<double> & normal) const;
     void GetRadius(double & radius) const;
 
-    /// A circle through an affine transformation. The radius is the new distance from the center of the point along the
-    /// first vector of GetOrthogonalBasis of the normal: right for a uniform scale alone. It is not raised to 1e-6. The
-    /// source may be this circle.
+    /// A circle through an affine transformation. With a the first vector of GetOrthogonalBasis of the normal, the new
+    /// radius is the distance from the new center to the image of center + radius a, and the normal is the unit normal
+    /// of the image of the plane, which a mirror reverses. The radius is not raised to 1e-6.
+    ///
+    /// Under a scale that is not uniform the circle follows the direction of a alone. Since a has the length of the two
+    /// larger components of the normal, the radius is multiplied by that length too: a rigid motion keeps the radius
+    /// of a circle whose unit normal lies in a coordinate plane, and of no other. The source may be this circle.
     C3DBaseCircle & Mul(C3DBaseCircle const & circle, C3DXfoMatTpl<double> const & matrix);
 
 private:

@@ -20,9 +20,16 @@ MATH_API long F3DClosestPositionOnSegment(C3DVector3Tpl<double> const & point, C
 /// The position of a triangle that is closest to a point.
 ///
 /// A point that projects inside is answered at once. Elsewhere the signs of its barycentric coordinates choose the
-/// edges to look at. **That is a short cut:** beyond an obtuse corner, the edge that is looked at need not be the
-/// nearest one, and the answer is then on the triangle but not the closest. A triangle whose cross product of edges is
-/// shorter than 1e-25 counts as the longer of its edges from a.
+/// edges to look at. **That is a short cut:** a point beyond an obtuse corner, so far along one of its edges that it
+/// projects past the far end of the edge, gets the corner and not that end. Everywhere else the answer is exact.
+///
+/// A triangle whose cross product N of edges is shorter than 1e-25 counts as the longer of its edges from a; of two
+/// equally long ones, that to c.
+///
+/// **Some 1e12 times |N| above the plane** (a triangle too thin, or a point too far) a point that projects inside gets
+/// good weights, unless |N| is below 1e-12 too, and a position and a distance that mean nothing: point + (b.X - a.X) N
+/// and the length of that step. Without a single number for a weight, as for a point that is a NaN, the edge from b to
+/// c alone is looked at.
 ///
 /// \param point the point
 /// \param a,b,c the triangle

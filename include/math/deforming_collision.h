@@ -33,9 +33,13 @@ MATH_API long F3DGetFourDeformedPtsColinearTimes(C3DVector3Tpl<double> const & p
 /// \param count receives how many times there are, 0 to 3
 /// \param times room for 3
 /// \param weights room for 9: three barycentric weights a time, each above -`tolerance`, whose sum is within a
-/// thousandth of 1. For a triangle that has collapsed to a line they are twice the areas, all close to 0
+/// thousandth of 1
 /// \param tolerance for coefficients, as above, and for weights
 /// \return 0; 1 where there are none. Entries beyond `count` hold what the search left there
+///
+/// **A triangle that has collapsed to a line**, with a normal not longer than 1e-12, is hit by any point, since nothing
+/// tells inside from outside: the weights are then twice the areas of the triangles between its edges and the point,
+/// and add up to anything. A point that is off the line has large ones.
 MATH_API long F3DDeformedPtVsDeformedTriangleIntersection(
     C3DVector3Tpl<double> const & p0, C3DVector3Tpl<double> const & p1, C3DVector3Tpl<double> const & a0,
     C3DVector3Tpl<double> const & a1, C3DVector3Tpl<double> const & b0, C3DVector3Tpl<double> const & b1,

@@ -31,10 +31,11 @@ enum e3dBaseGeomType : int
 class MATH_API C3DMathGeometry
 {
 public:
-    C3DMathGeometry() : C3DMathGeometry(E3DGEOMTYPE_NONE) {}
-    explicit C3DMathGeometry(e3dBaseGeomType type) : m_Type(type) {}
-    C3DMathGeometry(C3DMathGeometry const & other) = default;
-    C3DMathGeometry & operator=(C3DMathGeometry const & other) = default;
+    /// Of no kind.
+    C3DMathGeometry();
+    explicit C3DMathGeometry(e3dBaseGeomType type);
+    C3DMathGeometry(C3DMathGeometry const & other);
+    C3DMathGeometry & operator=(C3DMathGeometry const & other);
     virtual ~C3DMathGeometry();
 
     /// \name Contacts

@@ -35,15 +35,21 @@ MATH_API long F3DLocalConeVsLineIntersection(double radius, double height, C3DVe
 /// one that it only touches does not count; nor does an edge along the segment.
 ///
 /// \param vertexCount,vertices the closed polygon
-/// \param orientation where edges along the segment are passed, 1 or 0 chooses at which end of them the crossing is
-/// reported for a turn to the one side or the other
+/// \param orientation where the outline crosses with several vertices on the line, it chooses at which of them the
+/// crossing is reported: with 1, a left turn from the edge that comes to the line into the direction from the first of
+/// them to the last gives the last, and any other turn the first; with 0, the other way round; with any other value it
+/// is always the first. The last one may lie beyond the end of the segment
 /// \param a,b the segment
 /// \param flags 0x10000 for crossings, else 4
 /// \param count receives how many there are
 /// \param infos receives `vertexCount` records, of which `count` are filled: position, and the parameter from a to b in
 /// u and v. To be freed where there is no crossing and on `E_UNEXPECTED` too
 /// \return 0; `E_UNEXPECTED` where the segment passes through a vertex of a polygon that has no other vertex off the
-/// line: `flags` is then unwritten
+/// line: `flags` is then unwritten, and `count` tells how many crossings were found before. For a segment shorter than
+/// 1e-6 every vertex counts as on the line
+///
+/// Vertices within 1e-6 of the line are on it. An edge whose cross product with the segment is below 1e-9 counts as
+/// parallel, so that an outline and a segment that are both small against 3e-5 never meet.
 MATH_API long F2DPolygonVs2DLineIntersection(unsigned long vertexCount, C3DVector2Tpl<double> const * vertices,
                                              int orientation, C3DVector2Tpl<double> const & a,
                                              C3DVector2Tpl<double> const & b, unsigned long & flags,
@@ -79,6 +85,10 @@ MATH_API long F3DWorld2DLineVs2DLineIntersection(C3DVector2Tpl<double> const & a
 /// \param distanceLimit the tolerance
 /// \return 0; 1 for a line through the center; `E_INVALIDARG` for a radius below 1e-12, for p closer than 1e-12 to the
 /// center, and for a line along the plane that is shorter than 1e-6 in it
+///
+/// The center is hit within 1e-12 in x and within `distanceLimit` in y of the frame in which the normal is Z, so that
+/// what counts as through it depends on the direction. Along the plane the contacts are the roots of
+/// F3DFindQuadraticRoots, whose limits are absolute: points p and q closer than 3e-5 give one contact at most.
 MATH_API long F3DWorldCircleVsLineIntersection(C3DBaseCircle const & circle, C3DVector3Tpl<double> const & p,
                                                C3DVector3Tpl<double> const & q, unsigned long & flags,
                                                unsigned int & count, tagS3DGEOMINFO ** infos, double parallelLimit,
@@ -89,10 +99,17 @@ MATH_API long F3DWorldCircleVsLineIntersection(C3DBaseCircle const & circle, C3D
 /// \param origin1,normal1,origin2,normal2 the planes; unit normals make `parallelLimit` a cosine
 /// \param flags 0x10000 where they meet; for parallel planes 1 apart, 0x100000 coincident
 /// \param info receives a point of the line where they meet as the position, and its direction, of any length, as the
-/// normal; may be null
+/// normal; **null where `origin1` lies on the line**, unless one of the two tangents of the first plane runs along the
+/// second plane. May be null
 /// \param parallelLimit normals with a dot product above it in magnitude are parallel
 /// \param distanceLimit parallel planes coincide **where their two points are closer than it**
-/// \return 0; 1 for parallel planes apart; `E_UNEXPECTED` where no line is found
+/// \return 0; 1 for parallel planes apart; `E_UNEXPECTED`, with nothing written, where no line is found: for a null
+/// normal, and for planes at an angle that `parallelLimit` lets pass but whose sine along both tangents of the first is
+/// below 0.05
+///
+/// The line comes from where the two tangents of GetOrthogonalBasis of `normal1` meet the second plane. A tangent at a
+/// sine below 0.05 to that plane counts as parallel to it and stands for the direction, **which is then off** by an
+/// angle whose sine is up to 0.05 over that of the angle between the planes.
 MATH_API long F3DWorldPlaneVsPlaneIntersection(C3DVector3Tpl<double> const & origin1,
                                                C3DVector3Tpl<double> const & normal1,
                                                C3DVector3Tpl<double> const & origin2,

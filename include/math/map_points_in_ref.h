@@ -15,6 +15,6 @@
 /// \param firstToSecond not 0: the points go from the first frame to the second; 0: from the second to the first
 /// \return 0
 ///
-/// **A singular matrix that has to be inverted is not reported:** it counts as the identity.
+/// **A singular matrix that has to be inverted is not reported:** its inverse counts as the identity.
 MATH_API long F3DMapPointsInRef(C3DVector3Tpl<double> * points, unsigned long count, C3DXfoMatTpl<double> const * first,
                                 C3DXfoMatTpl<double> const * second, int firstToSecond);

@@ -57,12 +57,14 @@ public:
     long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) const;
 
     /// Exact comparison by "below" and "above" of all four vectors: a NaN compares equal to anything. Neither operator
-    /// is const. (The forms for a plane that is not const make the choice between a comparison and its mirror image,
-    /// which the language also tries, unambiguous.)
+    /// is const, so the left operand must not be. (The language also tries each comparison with its operands swapped.
+    /// The forms for a plane that is not const, named or not, keep those from being the better match.)
     int operator==(C3DPlane const & other);
     int operator==(C3DPlane & other);
+    int operator==(C3DPlane && other);
     int operator!=(C3DPlane const & other);
     int operator!=(C3DPlane & other);
+    int operator!=(C3DPlane && other);
     ///@}
 
     /// \name Distances and projections

@@ -42,15 +42,16 @@ public:
     /// The distance from the surface, negative inside. Returns 0.
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
 
-    /// The parameters of the point's direction from the center: u and v from 0 to 1; zeros for the center. Returns 0.
+    /// The parameters of the point's direction from the center: u and v from 0 to 1, both included; zeros for a point
+    /// within 1e-12 of the center on every axis. Returns 0.
     long ProjectOn(C3DVector3Tpl<double> const & point, double & u, double & v) const;
 
     /// The point of the surface. Returns 0.
     long GetPos(double u, double v, C3DVector3Tpl<double> & point) const;
     /// The outward unit normal. Returns 0.
     long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) const;
-    /// A unit vector along the circle of latitude for a and its cross product from the left with the normal:
-    /// `first` is (cos a, 0, sin a) with a = (0.5 - 2u) pi, and `second` normal x first. Returns 0.
+    /// Two unit tangents: `first` runs along the circle of latitude against u, (cos a, 0, sin a) with
+    /// a = (0.5 - 2u) pi; `second` is normal x first and runs along v, away from the pole at +Y. Returns 0.
     long GetTangents(double u, double v, C3DVector3Tpl<double> & first, C3DVector3Tpl<double> & second) const;
     ///@}
 

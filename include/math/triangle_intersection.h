@@ -15,7 +15,8 @@
 /// two hold
 /// \param position receives the point; may be null
 /// \param parameter receives t of origin + t direction; may be null
-/// \return 0; 1, with position and parameter unwritten, where the line is parallel to the plane
+/// \return 0; 1, with position and parameter unwritten, where the line is parallel to the plane, where there is
+/// no plane, or where the magnitudes of parameter and weights would add up to some 1e12
 MATH_API long F3DWorldSegmentVsTriangleIntersection(C3DVector3Tpl<double> const & origin,
                                                     C3DVector3Tpl<double> const & direction,
                                                     C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b,
@@ -28,9 +29,10 @@ MATH_API long F3DWorldSegmentVsTriangleIntersection(C3DVector3Tpl<double> const 
 ///
 /// \param start,end two points of the line, which has no ends
 /// \param a,b,c the triangle
-/// \param weightA,weightB,weightC receive the signed weights: they add up to 1 for a hit, and need not for a miss
+/// \param weightA,weightB,weightC receive the signed weights, which add up to 1; where the projected triangle has a
+/// normal not longer than 1e-12, as seen edge-on, twice the areas that the weights are the shares of
 /// \param position receives the weighted sum of the vertices; may be null
-/// \return 0; 1, with nothing written, where start and end agree within 1e-12
+/// \return 0; 1, with nothing written, where no component of start and end differs by more than 1e-12
 MATH_API long F3DWorldSegmentVsTriangleIntersectionOld(C3DVector3Tpl<double> const & start,
                                                        C3DVector3Tpl<double> const & end,
                                                        C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b,

@@ -28,9 +28,8 @@ enum tagE3DVIEWINTERSECTION : int
 /// View space looks down -Z with X to the right and Y up: a point in front of the camera has a negative Z, and the
 /// volume lies between z = -near and z = -far. A matrix takes view space to world space. There are two strategies:
 /// - *world space*, the one at first: the box, as its bounds along the world axes, is tested against the six planes of
-///   the volume and against the volume's silhouettes along the three axes. Together these are a full separating-axis
-///   test but for the products of edges that lie along no axis: a box that is near, but outside, seldom comes out as
-///   crossing.
+///   the volume and against the volume's silhouettes along the three axes, which together is the full test by
+///   separating axes.
 /// - *view space*: the box is taken into view space with its orientation, and its eight corners are tested against the
 ///   six planes. A box that no single plane separates from the volume comes out as crossing, however far away it is.
 ///
@@ -40,7 +39,12 @@ enum tagE3DVIEWINTERSECTION : int
 /// number of such exchanges), turns the volume's planes inside out in world space: a box that lies inside then comes
 /// out as outside, and a box across the volume does so unless it reaches beyond all planes or contains the bounds of
 /// the volume. Only an orthographic volume along the world axes does not mind, since no plane of it is asked. In view
-/// space a mirroring matrix gives right answers.
+/// space a mirroring matrix gives right answers, while exchanged limits leave no point inside.
+///
+/// In world space an edge that lies along a world axis but for rounding, by more than 1e-12, as an off-centre
+/// perspective volume of a size of 10000 and more may have one, has a silhouette line of a direction that rounding has
+/// chosen, which in rare cases cuts through the volume: a box in it can then come out as outside. View space has no
+/// silhouettes.
 ///
 /// Comparisons do not find a NaN outside: in view space a coordinate of a corner that is a NaN lies within all limits
 /// of it, and in world space a box of NaNs is inside, or crossing where the volume is a box along the world axes.
@@ -105,7 +109,7 @@ public:
     tagE3DVIEWINTERSECTION Classify(C3DVector3Tpl<double> const * const box, C3DXfoMatTpl<double> const * matrix) const;
 
 private:
-    int m_ViewSpace;
-    math::detail::EyeViewVolume * m_pEyeVolume;
-    math::detail::WorldViewVolume * m_pWorldVolume;
+    int m_ViewSpace = 0;
+    math::detail::EyeViewVolume * m_pEyeVolume = nullptr;
+    math::detail::WorldViewVolume * m_pWorldVolume = nullptr;
 };

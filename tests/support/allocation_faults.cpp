@@ -15,6 +15,7 @@ struct Ledger
     long requests = 0;
     long outstanding = 0;
     std::size_t largest = 0;
+    std::size_t bytes = 0;
 };
 
 // Constant-initialised: the operators below run before any constructor does.
@@ -25,6 +26,7 @@ void * Allocate(std::size_t size)
     if (ledger.open)
     {
         ledger.largest = std::max(ledger.largest, size);
+        ledger.bytes += size;
         if (ledger.requests++ == ledger.refused_number || size > ledger.most_bytes)
         {
             return nullptr;
@@ -83,6 +85,11 @@ long AllocationFaults::GetOutstanding() const
 std::size_t AllocationFaults::GetLargestRequest() const
 {
     return ledger.largest;
+}
+
+std::size_t AllocationFaults::GetRequestedBytes() const
+{
+    return ledger.bytes;
 }
 
 } // namespace test_support

@@ -36,6 +36,9 @@ public:
     /// The most bytes asked for at once since the start.
     std::size_t GetLargestRequest() const;
 
+    /// The bytes of all requests since the start, refused ones included.
+    std::size_t GetRequestedBytes() const;
+
 private:
     AllocationFaults(long refusedNumber, std::size_t mostBytes);
 };
