@@ -10,12 +10,13 @@
 #include "rotation/angle_constants.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <limits>
 #include <memory>
 
-using math::detail::Difference;
 using math::detail::Dot;
 using Vector = C3DVector3Tpl<double>;
 
@@ -27,7 +28,8 @@ constexpr int k_MostPasses = 100000;
 
 bool HaveSameBits(Vector const & a, Vector const & b)
 {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+    using Bits = std::array<std::uint64_t, 3>;
+    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
 }
 
 /// A primitive in the space of a pose, which is moved there step by step.

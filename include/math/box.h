@@ -108,8 +108,10 @@ public:
 
     /// \name Contacts
     /// A sphere answers in the space of the box, and so returns `E_NOTIMPL` with `flags` and record filled where there
-    /// is a record to fill; without one the code is 0. Its stored center plays no part, and the greatest scale factor
-    /// in magnitude scales its radius. A failing pose is ignored there.
+    /// is a record to fill; without one the code is 0. **It is looked for where the box stands as seen from the
+    /// sphere**, which is the opposite place for poses that are not turned: ask the sphere about the box for a box that
+    /// is not symmetric. Its stored center plays no part, and the greatest scale factor in magnitude scales its radius.
+    /// A failing pose is ignored there.
     ///
     /// Two boxes count as centered on their poses **and as twice their size**: whole sides go in for the half sizes of
     /// F3DLocalBoxVsBoxIntersection.

@@ -39,8 +39,10 @@ public:
     C3DPerlinNoise();
     /// Slot 0 with this seed.
     explicit C3DPerlinNoise(unsigned long seed);
-    /// Copies share the tables that are there; slots seeded later are each object's own. The tables that the left side
-    /// of an assignment held are not freed.
+    /// Copies share the tables that are there; slots seeded later are each object's own. Reseeding a shared slot
+    /// changes it for all, while the others go on to hold their old seed: Init with that one leaves the tables as they
+    /// are. What the left side of an assignment held is not freed. Where memory is short, the allocator's exception is
+    /// thrown and the left side is as it was.
     C3DPerlinNoise(C3DPerlinNoise const & other);
     C3DPerlinNoise & operator=(C3DPerlinNoise const & other);
     /// Leaves the tables allocated.
@@ -86,7 +88,7 @@ private:
     static double grad(int h, double x);
     static double grad(int h, double x, double y);
     static double grad(int h, double x, double y, double z);
-    /// By row h of grad4: of 32 that there are, h is not masked.
+    /// By row h of grad4, 0 to 31. Alone of the four it does not mask h.
     static double grad(int h, double x, double y, double z, double t);
     ///@}
 

@@ -60,8 +60,13 @@ public:
     ///
     /// Against a point or a sphere the radius is scaled by the greatest factor of the pose, sign included, so that
     /// three negative factors make it negative; against a box by the greatest magnitude. A point stands where its pose
-    /// does, and is taken relative to this center. The record of two spheres and of a box is in world space; so is that
-    /// of a point.
+    /// does, less this center; if that pose fails, at the world's origin. A failure to tell where the sphere stands
+    /// relative to a box is ignored too, and counts as the same place.
+    ///
+    /// The record is in world space. Of two spheres the parameters are those of the world point as it stands, and right
+    /// for a pose at the world's origin alone. Against a box the contact of F3DLocalBoxVsSphereIntersection is mapped
+    /// whole, with the components of the position that it leaves as they were: **clear the record before.** A pose that
+    /// fails once the contact is found leaves `flags` written, and the record as the pair has filled it.
     ///@{
     long Intersect_Point(I3DPose_QN * const pose, C3DPoint const & other, I3DPose_QN * const otherPose,
                          unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
@@ -124,20 +129,26 @@ public:
     /// The steps aim at the sphere's surface as if its center were the origin of the pose, and are right there alone.
     /// That holds for the three operations. They give back the first negative code of the pose or of a step: `error`
     /// is then unwritten, or holds the sum of the steps so far in the space of the pose. Memory that cannot be had is
-    /// not reported: the result is that of the pose, and `error` is unwritten.
+    /// not reported: the result is that of the pose, and `error` is unwritten; the memory of IsPrimitiveLarger alone
+    /// is. `E_POINTER` for a null array that should hold points, or a pose without a matrix. A singular matrix brings
+    /// the points in as they are, and takes the translation out all the same. `error` may be the reference or a point.
+    ///
+    /// Each ends after 100,000 steps at the latest. Near a radius of 10,000 and above, where neighbouring numbers are
+    /// farther apart than the surface is thick, GetOnSurfaceError may go that far by rounding.
     long GetInclusionError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
                            C3DVector3Tpl<double> & error, unsigned long count);
 
-    /// The same out of the sphere. `reference` is not read.
+    /// The same out of the sphere: no point is inside afterwards, for a center at the origin. `reference` is not read.
     long GetExclusionError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
                            C3DVector3Tpl<double> & error, unsigned long count);
 
-    /// The same until the primitive touches the sphere. `reference` is not read.
+    /// The same until the primitive touches the sphere from outside. All steps go along the first one and never back,
+    /// so that it may stop before, with points inside. `reference` is not read.
     long GetOnSurfaceError(C3DVector3Tpl<double> const & reference, C3DVector3Tpl<double> * points, I3DPose_QN * pose,
                            C3DVector3Tpl<double> & error, unsigned long count);
 
     /// 1 where a point in world space is on or in a sphere of this radius about the origin of the pose, else 0, which a
-    /// failing pose gives too. **The stored center is not read.** A null pose is the world.
+    /// failing pose gives too. **The stored center is not read.** A null pose is the world, and so is a singular one.
     int PointIsIncluded(I3DPose_QN * const pose, C3DVector3Tpl<double> const & point);
     ///@}
 

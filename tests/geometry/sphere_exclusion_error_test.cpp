@@ -75,6 +75,20 @@ TEST(Better_translation, Goes_the_whole_way_for_a_point_straight_ahead_or_behind
     EXPECT_NEAR(BetterTranslation(C3DBaseSphere(2), Vector(1, 0, 0), Vector(-1.5, 0, 0)).X, 0.5, 1e-14);
 }
 
+TEST(Better_translation, Is_zero_where_rounding_leaves_a_negative_square)
+{
+    // A point on the surface or next to it, which the direction leads out of: no way at all, within rounding.
+    Random random(20257);
+    for (int i = 0; i < 1000; ++i)
+    {
+        double const radius = random.Uniform(1.0, 4.0);
+        double const length = radius * (1 + random.Integer(-8, 8) * 0x1p-52);
+        Vector const step = BetterTranslation(C3DBaseSphere(radius), Vector(1, 0, 0), Vector(-length, 0, 0));
+        EXPECT_GE(step.X, 0);
+        EXPECT_LT(step.X, 1e-6);
+    }
+}
+
 TEST(Better_translation, Does_not_look_at_the_center)
 {
     EXPECT_TRUE(SameBits(BetterTranslation(C3DBaseSphere(2, Vector(7, 8, 9)), Vector(1, 2, 3), Vector(1, 0, 0)),

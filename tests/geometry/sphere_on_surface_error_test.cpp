@@ -70,6 +70,9 @@ TEST(On_surface_error, Goes_on_along_the_first_step)
     Vector const error = k_PutOnSurface.AskLocal(C3DBaseSphere(2), points);
     EXPECT_NEAR(error.X, 1.6, 1e-11) << "until the second point has come to it at (1.6, 1.2, 0)";
     EXPECT_NEAR(error.Y, 0, 1e-13);
+    // So it does where another point is too far away to be moved by the steps.
+    Points const withFarPoint{points[0], points[1], Vector(1e20, 0, 0)};
+    EXPECT_NEAR(k_PutOnSurface.AskLocal(C3DBaseSphere(2), withFarPoint).X, 1.6, 1e-11);
 }
 
 TEST(On_surface_error, Never_goes_back_and_may_leave_points_inside)
