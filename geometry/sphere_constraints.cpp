@@ -37,17 +37,17 @@ class LocalPrimitive
 {
 public:
     /// Brings the points into the space of the pose, with `reference` behind them if there is one.
-    /// \return the result of the pose. `IsReady` tells whether there was memory too
-    long Prepare(Vector const * reference, Vector const * points, I3DPose_QN * pose, unsigned long count)
+    LocalPrimitive(Vector const * reference, Vector const * points, I3DPose_QN * pose, unsigned long count)
+        : m_Result(pose->GetGlobalMatrix(&m_Matrix))
     {
-        long const result = pose->GetGlobalMatrix(&m_Matrix);
-        if (result < 0)
+        if (m_Result < 0)
         {
-            return result;
+            return;
         }
         if (m_Matrix == nullptr || (points == nullptr && count > 0))
         {
-            return E_POINTER;
+            m_Result = E_POINTER;
+            return;
         }
         // The way back of the translation needs two places.
         unsigned long const places = std::max(count, 1UL);
@@ -64,10 +64,12 @@ public:
             }
             F3DMapPointsInRef(m_Points.get(), used, nullptr, m_Matrix, 1);
         }
-        return result;
     }
 
+    /// Whether the pose answered and there was memory.
     bool IsReady() const { return m_Points != nullptr; }
+    /// What the caller is told where it is not: of memory nothing.
+    long Result() const { return m_Result; }
     Vector * Points() const { return m_Points.get(); }
     unsigned long Count() const { return m_Count; }
     Vector const & Reference() const { return m_Points[m_Count]; }
@@ -102,6 +104,7 @@ private:
     }
 
     C3DXfoMatTpl<double> const * m_Matrix = nullptr;
+    long m_Result;
     std::unique_ptr<Vector[]> m_Points;
     unsigned long m_Count = 0;
 };
@@ -116,6 +119,13 @@ Vector SurfaceTarget(C3DBaseSphere const & sphere, Vector const & w)
     sphere.ProjectOn(w, u, v);
     sphere.GetPos(u, v, target);
     return target;
+}
+
+/// The same, or the opposite point where w lies away from the middle of the primitive: where mean . w is below a limit.
+Vector FacingTarget(C3DBaseSphere const & sphere, Vector const & w, Vector const & mean, double limit)
+{
+    Vector target = SurfaceTarget(sphere, w);
+    return w.IsNull() == 0 && Dot(mean, w) < limit ? target.Negate() : target;
 }
 
 /// Moves a primitive step by step until `isDone`, and gives the way in world space. A pass asks `makeStep` for a step,
@@ -147,11 +157,10 @@ long Correct(LocalPrimitive & primitive, Vector & translation, Check check, IsDo
 long C3DBaseSphere::GetOnSurfaceError(Vector const & /*reference*/, Vector * points, I3DPose_QN * pose, Vector & error,
                                       unsigned long count)
 {
-    LocalPrimitive primitive;
-    long const result = primitive.Prepare(nullptr, points, pose, count);
-    if (result < 0 || !primitive.IsReady())
+    LocalPrimitive primitive(nullptr, points, pose, count);
+    if (!primitive.IsReady())
     {
-        return result;
+        return primitive.Result();
     }
     Vector const mean = primitive.Mean();
     unsigned long flags = 0;
@@ -161,12 +170,7 @@ long C3DBaseSphere::GetOnSurfaceError(Vector const & /*reference*/, Vector * poi
     auto const isDone = [&] { return flags == (math::detail::k_Touching | math::detail::k_NoContact) || count == 0; };
     auto const makeStep = [&](int pass, Vector & step)
     {
-        Vector target = SurfaceTarget(*this, worst);
-        if (worst.IsNull() == 0 && Dot(mean, worst) < math::detail::k_StandardTolerance<double>)
-        {
-            target.Negate();
-        }
-        step.Sub(target, worst);
+        step.Sub(FacingTarget(*this, worst, mean, math::detail::k_StandardTolerance<double>), worst);
         if (pass == 0)
         {
             direction = math::detail::UnitOrSame(step);
@@ -183,11 +187,10 @@ long C3DBaseSphere::GetOnSurfaceError(Vector const & /*reference*/, Vector * poi
 long C3DBaseSphere::GetExclusionError(Vector const & /*reference*/, Vector * points, I3DPose_QN * pose, Vector & error,
                                       unsigned long count)
 {
-    LocalPrimitive primitive;
-    long const result = primitive.Prepare(nullptr, points, pose, count);
-    if (result < 0 || !primitive.IsReady())
+    LocalPrimitive primitive(nullptr, points, pose, count);
+    if (!primitive.IsReady())
     {
-        return result;
+        return primitive.Result();
     }
     Vector const mean = primitive.Mean();
     unsigned long flags = 0;
@@ -204,12 +207,7 @@ long C3DBaseSphere::GetExclusionError(Vector const & /*reference*/, Vector * poi
             FindBetterTranslation(firstStep, step);
             return true;
         }
-        Vector target = SurfaceTarget(*this, step);
-        if (step.IsNull() == 0 && Dot(mean, step) < -math::detail::k_StandardTolerance<double>)
-        {
-            target.Negate();
-        }
-        firstStep = step.Add(target);
+        firstStep = step.Add(FacingTarget(*this, step, mean, -math::detail::k_StandardTolerance<double>));
         return true;
     };
     return Correct(primitive, error, check, isDone, makeStep);
@@ -218,14 +216,13 @@ long C3DBaseSphere::GetExclusionError(Vector const & /*reference*/, Vector * poi
 long C3DBaseSphere::GetInclusionError(Vector const & reference, Vector * points, I3DPose_QN * pose, Vector & error,
                                       unsigned long count)
 {
-    LocalPrimitive primitive;
-    long result = primitive.Prepare(&reference, points, pose, count);
-    if (result < 0 || !primitive.IsReady())
+    LocalPrimitive primitive(&reference, points, pose, count);
+    if (!primitive.IsReady())
     {
-        return result;
+        return primitive.Result();
     }
     unsigned long flags = 0;
-    result = IsPrimitiveLarger(primitive.Reference(), primitive.Points(), pose, flags, count);
+    long const result = IsPrimitiveLarger(primitive.Reference(), primitive.Points(), pose, flags, count);
     if (result < 0)
     {
         return result;

@@ -1,4 +1,4 @@
-#include "geometry/intersect/posed_sphere.h"
+#include "geometry/intersect/posed_objects.h"
 #include "math/box.h"
 #include "math/box_intersection.h"
 #include "math/platform/result.h"

@@ -1,4 +1,4 @@
-#include "geometry/intersect/posed_sphere.h"
+#include "geometry/intersect/posed_objects.h"
 #include "math/box.h"
 #include "math/box_intersection.h"
 #include "math/platform/result.h"
@@ -50,11 +50,7 @@ long C3DPoint::Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & other, 
     {
         return result;
     }
-    if (long const result = pose->GetGlobalTransfo(space); result < 0)
-    {
-        return result;
-    }
-    if (long const result = otherPose->GetGlobalTransfo(otherSpace); result < 0)
+    if (long const result = math::detail::GetSpaces(pose, space, otherPose, otherSpace); result < 0)
     {
         return result;
     }

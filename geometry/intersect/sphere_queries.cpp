@@ -1,4 +1,4 @@
-#include "geometry/intersect/posed_sphere.h"
+#include "geometry/intersect/posed_objects.h"
 #include "geometry/sphere_surface.h"
 #include "geometry/vector_expressions.h"
 #include "math/box.h"
@@ -108,11 +108,7 @@ long C3DBaseSphere::Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & ot
     }
     C3DTransfo space;
     C3DTransfo boxSpace;
-    if (long const failure = pose->GetGlobalTransfo(space); failure < 0)
-    {
-        return failure;
-    }
-    if (long const failure = otherPose->GetGlobalTransfo(boxSpace); failure < 0)
+    if (long const failure = math::detail::GetSpaces(pose, space, otherPose, boxSpace); failure < 0)
     {
         return failure;
     }

@@ -7,6 +7,16 @@
 namespace math::detail
 {
 
+/// The spaces of two poses; the first failure of the two.
+inline long GetSpaces(I3DPose_QN * pose, C3DTransfo & space, I3DPose_QN * otherPose, C3DTransfo & otherSpace)
+{
+    if (long const result = pose->GetGlobalTransfo(space); result < 0)
+    {
+        return result;
+    }
+    return otherPose->GetGlobalTransfo(otherSpace);
+}
+
 /// The radius under the scaling of a pose: times the greatest factor, sign included.
 inline double ScaleRadius(double radius, C3DVector3Tpl<double> const & scaling)
 {
