@@ -8,21 +8,21 @@
 #include "bake/pose_file.h"
 #include "bake/pose_picture.h"
 #include "bake/reorder.h"
+#include "bake/smoothing.h"
 #include "bake/world_angles.h"
 #include "clip/number_text.h"
 #include "clip/output_folder.h"
 #include "clip/pose.h"
+#include "clip/program.h"
 #include "clip/reader.h"
 #include "clip/skeleton.h"
+#include "clip/stopwatch.h"
 #include "clip/writer.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <exception>
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,18 +34,14 @@ namespace bake
 namespace
 {
 
-constexpr int k_Done = 0;
-constexpr int k_Failed = 1;
-constexpr int k_WrongInput = 2;
-
 /// The most by which the times of a frame of two clips may differ, of the time itself.
 constexpr double k_SamePace = 1e-4;
 
 /// A clip that does not go with another one.
-class MismatchError : public std::runtime_error
+class MismatchError : public clip::InputError
 {
 public:
-    using std::runtime_error::runtime_error;
+    using clip::InputError::InputError;
 };
 
 /// What is baked: poses of the clip's skeleton, from the clip itself or from elsewhere.
@@ -65,16 +61,6 @@ struct Rebake
     WorldAngles worldAngles;
     double difference; ///< the greatest between the world positions before and after
 };
-
-/// Runs an operation. \return its result and the seconds it took
-template <typename Operation>
-auto Measure(Operation const & operation)
-{
-    auto const start = std::chrono::steady_clock::now();
-    auto result = operation();
-    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
-    return std::pair(std::move(result), elapsed.count());
-}
 
 double ComputeGreatestDifference(clip::WorldPositions const & one, clip::WorldPositions const & other)
 {
@@ -173,17 +159,6 @@ std::vector<std::filesystem::path> WriteResults(Options const & options, Subject
     return files;
 }
 
-std::string PointText(C3DVector3Tpl<double> const & point)
-{
-    std::string text;
-    for (double const coordinate : {point.X, point.Y, point.Z})
-    {
-        text += text.empty() ? "(" : ", ";
-        text += clip::RoundedText(coordinate, 2);
-    }
-    return text += ')';
-}
-
 /// \param seconds from channels to world matrices
 void PrintSummary(std::ostream & output, Subject const & subject, clip::WorldMotion const & world, double seconds)
 {
@@ -198,7 +173,8 @@ void PrintSummary(std::ostream & output, Subject const & subject, clip::WorldMot
            << "frames        " << frameCount << '\n'
            << "length        " << clip::RoundedText(static_cast<double>(frameCount) * subject.motion.frameTime, 3)
            << " s\n"
-           << "bounding box  " << PointText(bounds.smallest) << " to " << PointText(bounds.largest) << '\n'
+           << "bounding box  " << clip::PointText(bounds.smallest, 2) << " to " << clip::PointText(bounds.largest, 2)
+           << '\n'
            << "composition   by " << (isByComponent ? "component" : "matrix") << ", " << world.shearedCount << " of "
            << skeleton.joints.size() * frameCount << " world transformations sheared\n"
            << "evaluation    " << clip::RoundedText(1e9 * seconds / jointFrames, 1) << " ns per joint and frame\n";
@@ -239,10 +215,21 @@ void ScaleRoots(clip::PoseTrack & poses, clip::Skeleton const & skeleton, C3DVec
     }
 }
 
-/// The clip to blend in, of the same skeleton and at the same pace.
-clip::Clip ReadBlendClip(std::filesystem::path const & file, clip::Clip const & motion)
+clip::Clip ReadClip(std::filesystem::path const & file, std::optional<double> const & smoothing)
 {
-    clip::Clip other = clip::ReadClip(file);
+    clip::Clip motion = clip::ReadClip(file);
+    if (smoothing)
+    {
+        Smooth(motion, *smoothing);
+    }
+    return motion;
+}
+
+/// The clip to blend in, of the same skeleton and at the same pace.
+clip::Clip ReadBlendClip(std::filesystem::path const & file, clip::Clip const & motion,
+                         std::optional<double> const & smoothing)
+{
+    clip::Clip other = ReadClip(file, smoothing);
     if (!AreSameSkeleton(motion.skeleton, other.skeleton))
     {
         throw MismatchError(file.string() + ": the skeleton is another one than that of the clip");
@@ -256,14 +243,14 @@ clip::Clip ReadBlendClip(std::filesystem::path const & file, clip::Clip const & 
 
 Subject MakeSubject(Options const & options)
 {
-    clip::Clip motion = clip::ReadClip(options.clip);
+    clip::Clip motion = ReadClip(options.clip, options.smoothing);
     if (!options.poseSource.empty())
     {
         SavedPoses saved = LoadPoses(options.poseSource, motion.skeleton);
         motion.frameTime = saved.frameTime;
         return {std::move(motion), std::move(saved.poses), saved.composition, 0};
     }
-    auto [poses, seconds] = Measure([&motion] { return clip::MakePoses(motion); });
+    auto [poses, seconds] = clip::Measure([&motion] { return clip::MakePoses(motion); });
     return {std::move(motion), std::move(poses), clip::Composition::ByComponent, seconds};
 }
 
@@ -273,7 +260,7 @@ Subject Prepare(Options const & options)
     subject.composition = options.composition.value_or(subject.composition);
     if (!options.blendClip.empty())
     {
-        clip::Clip const other = ReadBlendClip(options.blendClip, subject.motion);
+        clip::Clip const other = ReadBlendClip(options.blendClip, subject.motion, options.smoothing);
         subject.poses = Blend(subject.motion, subject.poses, other, clip::MakePoses(other), options.blendShare);
     }
     if (options.scale)
@@ -286,12 +273,16 @@ Subject Prepare(Options const & options)
 void Bake(Options const & options, std::ostream & output)
 {
     Subject const subject = Prepare(options);
-    auto const [world, seconds] = Measure(
+    auto const [world, seconds] = clip::Measure(
         [&subject] { return clip::ComputeWorldMotion(subject.motion.skeleton, subject.poses, subject.composition); });
     std::optional<Rebake> const rebake =
         options.order ? std::optional(Reexpress(subject, *options.order, world.positions)) : std::nullopt;
     std::vector<std::filesystem::path> const files = WriteResults(options, subject, world.positions, rebake);
     PrintSummary(output, subject, world, subject.seconds + seconds);
+    if (options.smoothing)
+    {
+        output << "smoothing     below " << clip::RoughText(*options.smoothing, 6) << " hertz alone\n";
+    }
     if (rebake)
     {
         PrintRebake(output, subject.motion, *options.order, *rebake);
@@ -302,43 +293,16 @@ void Bake(Options const & options, std::ostream & output)
     }
 }
 
-/// Whether an error is one of what was given, and not of a file that could not be read or written.
-bool IsWrongInput(std::exception const & error)
-{
-    return dynamic_cast<clip::FormatError const *>(&error) != nullptr ||
-           dynamic_cast<PoseFileError const *>(&error) != nullptr ||
-           dynamic_cast<MismatchError const *>(&error) != nullptr;
-}
-
 } // namespace
 
 int Run(std::span<char const * const> arguments, std::ostream & output, std::ostream & errors)
 {
-    try
-    {
-        Options const options = ParseOptions(arguments);
-        options.isHelpWanted ? void(output << k_Usage) : Bake(options, output);
-        if (!output.flush())
-        {
-            throw std::runtime_error("cannot write to standard output");
-        }
-        return k_Done;
-    }
-    catch (UsageError const & error)
-    {
-        errors << "bake: " << error.what() << "\nTry \"bake --help\".\n";
-        return k_WrongInput;
-    }
-    catch (std::exception const & error)
-    {
-        if (IsWrongInput(error))
-        {
-            errors << error.what() << '\n';
-            return k_WrongInput;
-        }
-        errors << "bake: " << error.what() << '\n';
-        return k_Failed;
-    }
+    return clip::RunProgram("bake", output, errors,
+                            [&]
+                            {
+                                Options const options = ParseOptions(arguments);
+                                options.isHelpWanted ? void(output << k_Usage) : Bake(options, output);
+                            });
 }
 
 } // namespace bake

@@ -1,9 +1,10 @@
 #include "bake/curve_picture.h"
 
 #include "bake/angle_motion.h"
-#include "bake/page_style.h"
 #include "clip/joint_rotation.h"
 #include "clip/number_text.h"
+#include "clip/page_style.h"
+#include "clip/time_axis.h"
 
 #include <algorithm>
 #include <array>
@@ -25,13 +26,12 @@ constexpr std::size_t k_MostNameBytes = 48;
 constexpr double k_HeaderHeight = 108;
 constexpr double k_PanelHead = 62; ///< above a plot, for its title and the label of its axis
 constexpr double k_PanelFoot = 50; ///< below it, for the labels of time
-constexpr double k_PlotLeft = k_Margin + 74;
-constexpr double k_PlotRight = k_PageWidth - k_Margin - 88; ///< the names of the curves stand behind it
+constexpr double k_PlotLeft = clip::k_Margin + 74;
+constexpr double k_PlotRight = clip::k_PageWidth - clip::k_Margin - 88; ///< the names of the curves stand behind it
 constexpr double k_PlotWidth = k_PlotRight - k_PlotLeft;
 constexpr double k_PlotHeights = 580; ///< of both together
 constexpr double k_LeastShare = 0.32; ///< of them, for the plot with the smaller range
 constexpr double k_LeastRuleDistance = 30;
-constexpr double k_LeastTimeDistance = 90;
 constexpr double k_LeastBandWidth = 7;
 constexpr double k_LeastMarkDistance = 4;
 constexpr double k_LeastLabelDistance = 46;
@@ -40,7 +40,6 @@ constexpr double k_LineHeight = 17;
 /// One for each axis, told apart by most colour-blind readers, after Okabe and Ito.
 constexpr std::array<std::string_view, 3> k_AxisColors = {"#d55e00", "#009e73", "#0072b2"};
 constexpr std::array<std::string_view, 3> k_AxisNames = {"X", "Y", "Z"};
-constexpr std::string_view k_GridColor = "#e4e1db";
 constexpr std::string_view k_BandColor = "#c0143c";
 constexpr double k_HalfTurnOpacity = 0.26;
 constexpr double k_QuarterTurnOpacity = 0.12;
@@ -96,20 +95,6 @@ double ChooseDegreeStep(double range, double most)
     return step;
 }
 
-/// The smallest of 1, 2 and 5 times a power of ten of which no more than `most` make up the range.
-double ChooseDecimalStep(double range, double most)
-{
-    double const power = std::pow(10, std::floor(std::log10(range / most)));
-    for (double const factor : {1, 2, 5})
-    {
-        if (range <= most * factor * power)
-        {
-            return factor * power;
-        }
-    }
-    return 10 * power;
-}
-
 /// A line through many points looks the same with the first, the lowest, the highest and the last of each pixel.
 std::vector<clip::Point> ThinOut(std::span<clip::Point const> points)
 {
@@ -158,10 +143,11 @@ public:
 
     clip::Drawing Draw(std::string const & name) const
     {
-        double const height = k_HeaderHeight + 2 * (k_PanelHead + k_PanelFoot) + k_PlotHeights + k_PanelGap + k_Margin;
+        double const height =
+            k_HeaderHeight + 2 * (k_PanelHead + k_PanelFoot) + k_PlotHeights + clip::k_PanelGap + clip::k_Margin;
         std::string const title = name + ": " + clip::ShortenText(Joint().name, k_MostNameBytes);
-        clip::Drawing drawing(k_PageWidth, height, title + ", angles extracted plainly and with a target");
-        drawing.Rectangle({0, 0}, k_PageWidth, height, {std::string(k_Paper)});
+        clip::Drawing drawing(clip::k_PageWidth, height, title + ", angles extracted plainly and with a target");
+        drawing.Rectangle({0, 0}, clip::k_PageWidth, height, {std::string(clip::k_Paper)});
         DrawHeader(drawing, title);
         for (Panel const & panel : m_Panels)
         {
@@ -192,7 +178,7 @@ private:
         m_Panels[0].height = share * k_PlotHeights;
         m_Panels[1].height = (1 - share) * k_PlotHeights;
         m_Panels[0].top = k_HeaderHeight + k_PanelHead;
-        m_Panels[1].top = m_Panels[0].top + m_Panels[0].height + k_PanelFoot + k_PanelGap + k_PanelHead;
+        m_Panels[1].top = m_Panels[0].top + m_Panels[0].height + k_PanelFoot + clip::k_PanelGap + k_PanelHead;
         for (Panel & panel : m_Panels)
         {
             SnapToRules(panel);
@@ -223,16 +209,16 @@ private:
     void DrawHeader(clip::Drawing & drawing, std::string const & title) const
     {
         std::string const order(clip::JointRotation(Joint()).Order().name);
-        drawing.Text({k_Margin, 46}, title, {26, std::string(k_Ink), clip::Anchor::Start, true});
-        drawing.Text({k_PageWidth - k_Margin, 46},
+        drawing.Text({clip::k_Margin, 46}, title, {26, std::string(clip::k_Ink), clip::Anchor::Start, true});
+        drawing.Text({clip::k_PageWidth - clip::k_Margin, 46},
                      "order " + order + ", " + std::to_string(m_Clip.frameCount) + " frames, " +
                          clip::FixedText(m_Clip.Length(), 2) + " s",
-                     {15, std::string(k_QuietInk), clip::Anchor::End});
-        double x = k_Margin;
+                     {15, std::string(clip::k_QuietInk), clip::Anchor::End});
+        double x = clip::k_Margin;
         for (std::size_t axis = 0; axis < k_AxisNames.size(); ++axis)
         {
             drawing.Line({x + 3, 78}, {x + 28, 78}, {std::string(k_AxisColors[axis]), 4});
-            drawing.Text({x + 37, 83}, "about " + std::string(k_AxisNames[axis]), {14, std::string(k_Ink)});
+            drawing.Text({x + 37, 83}, "about " + std::string(k_AxisNames[axis]), {14, std::string(clip::k_Ink)});
             x += 118;
         }
         DrawBandSample(drawing, x, k_HalfTurnOpacity, "jump over half a turn");
@@ -242,15 +228,16 @@ private:
     static void DrawBandSample(clip::Drawing & drawing, double x, double opacity, std::string_view label)
     {
         drawing.Rectangle({x + 4, 66}, 20, 22, {std::string(k_BandColor), opacity});
-        drawing.Text({x + 33, 83}, label, {14, std::string(k_Ink)});
+        drawing.Text({x + 33, 83}, label, {14, std::string(clip::k_Ink)});
     }
 
     void DrawPanel(clip::Drawing & drawing, Panel const & panel) const
     {
-        drawing.Rectangle({k_Margin, panel.top - k_PanelHead}, k_PageWidth - 2 * k_Margin,
-                          panel.height + k_PanelHead + k_PanelFoot, {std::string(k_PanelColor)}, k_PanelCorner);
-        drawing.Text({k_Margin + 14, panel.top - k_PanelHead + 24}, panel.title,
-                     {15, std::string(k_Ink), clip::Anchor::Start, true});
+        drawing.Rectangle({clip::k_Margin, panel.top - k_PanelHead}, clip::k_PageWidth - 2 * clip::k_Margin,
+                          panel.height + k_PanelHead + k_PanelFoot, {std::string(clip::k_PanelColor)},
+                          clip::k_PanelCorner);
+        drawing.Text({clip::k_Margin + 14, panel.top - k_PanelHead + 24}, panel.title,
+                     {15, std::string(clip::k_Ink), clip::Anchor::Start, true});
         std::vector<Mark> const marks = FindMarks(panel);
         DrawCount(drawing, panel, !marks.empty());
         DrawRules(drawing, panel);
@@ -295,44 +282,31 @@ private:
 
     static void DrawCount(clip::Drawing & drawing, Panel const & panel, bool hasMarks)
     {
-        drawing.Text({k_PageWidth - k_Margin - 14, panel.top - k_PanelHead + 24}, CountText(panel),
-                     {15, std::string(hasMarks ? k_BandColor : k_QuietInk), clip::Anchor::End, true});
+        drawing.Text({clip::k_PageWidth - clip::k_Margin - 14, panel.top - k_PanelHead + 24}, CountText(panel),
+                     {15, std::string(hasMarks ? k_BandColor : clip::k_QuietInk), clip::Anchor::End, true});
     }
 
     static void DrawRules(clip::Drawing & drawing, Panel const & panel)
     {
-        drawing.Text({k_PlotLeft - 12, panel.top - 14}, "degrees", {12, std::string(k_QuietInk), clip::Anchor::End});
+        drawing.Text({k_PlotLeft - 12, panel.top - 14}, "degrees",
+                     {12, std::string(clip::k_QuietInk), clip::Anchor::End});
         auto const count = std::lround((panel.high - panel.low) / panel.ruleStep);
         for (long i = 0; i <= count; ++i)
         {
             double const angle = panel.low + static_cast<double>(i) * panel.ruleStep;
             double const y = panel.top + panel.height * (1 - static_cast<double>(i) / static_cast<double>(count));
             bool const isZero = std::abs(angle) < panel.ruleStep / 2;
-            drawing.Line({k_PlotLeft, y}, {k_PlotRight, y}, {std::string(isZero ? k_RuleColor : k_GridColor), 1.2});
-            drawing.Text({k_PlotLeft - 12, y + 4.5}, DegreesText(angle), {13, std::string(k_Ink), clip::Anchor::End});
+            drawing.Line({k_PlotLeft, y}, {k_PlotRight, y},
+                         {std::string(isZero ? clip::k_RuleColor : clip::k_GridColor), 1.2});
+            drawing.Text({k_PlotLeft - 12, y + 4.5}, DegreesText(angle),
+                         {13, std::string(clip::k_Ink), clip::Anchor::End});
         }
     }
 
     void DrawTimes(clip::Drawing & drawing, Panel const & panel) const
     {
-        double const bottom = panel.top + panel.height;
-        double const most = std::floor(k_PlotWidth / k_LeastTimeDistance);
-        double const length = static_cast<double>(m_Clip.frameCount - 1) * m_Clip.frameTime;
-        double const step = ChooseDecimalStep(length, most);
-        // Nothing but the start where the clip has no length, or one that underflows.
-        bool const hasLength = length > 0 && step > 0;
-        int const count = hasLength ? static_cast<int>(std::min(std::floor(length / step + 1e-6), most)) : 0;
-        int const decimals = hasLength ? static_cast<int>(std::clamp(-std::floor(std::log10(step)), 0.0, 17.0)) : 0;
-        for (int i = 0; i <= count; ++i)
-        {
-            double const time = i * step;
-            double const x = k_PlotLeft + (hasLength ? time / length * k_PlotWidth : 0);
-            drawing.Line({x, panel.top}, {x, bottom + 5}, {std::string(k_GridColor), 1.2});
-            drawing.Text({x, bottom + 22}, clip::RoundedText(time, decimals),
-                         {13, std::string(k_Ink), clip::Anchor::Middle});
-        }
-        drawing.Text({(k_PlotLeft + k_PlotRight) / 2, bottom + 41}, "seconds",
-                     {12, std::string(k_QuietInk), clip::Anchor::Middle});
+        clip::DrawTimeAxis(drawing, {k_PlotLeft, k_PlotRight, panel.top, panel.top + panel.height,
+                                     static_cast<double>(m_Clip.frameCount - 1) * m_Clip.frameTime});
     }
 
     std::vector<Mark> FindMarks(Panel const & panel) const
@@ -401,7 +375,7 @@ private:
     static void DrawRing(clip::Drawing & drawing, clip::Point center, std::string const & color)
     {
         drawing.Circle(center, 4.6, {color});
-        drawing.Circle(center, 2.3, {std::string(k_PanelColor)});
+        drawing.Circle(center, 2.3, {std::string(clip::k_PanelColor)});
     }
 
     /// The name and last value of each curve behind its end, one below the other.

@@ -2,6 +2,7 @@
 
 #include "clip/joint_rotation.h"
 #include "clip/number_text.h"
+#include "clip/table_field.h"
 
 #include <string>
 #include <vector>
@@ -14,20 +15,6 @@ namespace
 
 using Vector = C3DVector3Tpl<double>;
 
-std::string QuotedField(std::string const & text)
-{
-    if (text.find_first_of(",\"") == std::string::npos)
-    {
-        return text;
-    }
-    std::string quoted = "\"";
-    for (char const c : text)
-    {
-        quoted += c == '"' ? "\"\"" : std::string(1, c);
-    }
-    return quoted + '"';
-}
-
 /// \param vectorAt from the numbers of a frame and of a name to what stands in its line
 template <class VectorAt>
 void WriteTable(std::ostream & stream, std::size_t frameCount, std::vector<std::string> names,
@@ -35,7 +22,7 @@ void WriteTable(std::ostream & stream, std::size_t frameCount, std::vector<std::
 {
     for (std::string & name : names)
     {
-        name = ',' + QuotedField(name) + ',';
+        name = ',' + clip::QuotedField(name) + ',';
     }
     stream << "frame,joint,x,y,z\n";
     for (std::size_t frame = 0; frame < frameCount; ++frame)

@@ -3,9 +3,7 @@
 #include "clip/number_text.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 #include <string>
 
 namespace bake
@@ -29,6 +27,10 @@ Options:
   --blend OTHER.bvh
                 blend with another clip of the same skeleton, over the shorter one
   --at SHARE    share of the other clip in the blend, 0 to 1 (default: 0.5)
+  --smooth HZ   remove from every channel what oscillates at HZ hertz or faster; up
+                to half of that all stays. The first and the last frame, and
+                angles that jump by whole turns, are as they were. Bake a clip
+                whose joints flip at a pole with --order first
   --save FILE   keep the poses of all joints
   --load FILE   take the poses from there; the clip gives the skeleton alone
   -h, --help    print this text and end
@@ -56,6 +58,7 @@ namespace
 {
 
 constexpr double k_LargestScale = 1e6;
+constexpr double k_LargestFrequency = 1e6; ///< hertz
 
 clip::ChannelOrder FindOrder(std::string_view name)
 {
@@ -83,23 +86,15 @@ clip::Composition FindComposition(std::string_view name)
 
 C3DVector3Tpl<double> ReadScale(std::string_view text)
 {
-    std::string const list = std::string(text) + ','; // so that every factor ends at a comma
-    std::string_view rest = list;
-    std::array<double, 3> factors{};
-    for (double & factor : factors)
-    {
-        std::string_view const number = rest.substr(0, rest.find(','));
-        rest.remove_prefix(std::min(rest.size(), number.size() + 1));
-        factor = clip::ParseNumber(number).value_or(0);
-    }
+    std::optional<C3DVector3Tpl<double>> const scale = clip::ParseTriple(text);
     auto const isUsable = [](double factor)
     { return std::abs(factor) >= 1 / k_LargestScale && std::abs(factor) <= k_LargestScale; };
-    if (!rest.empty() || !std::all_of(factors.begin(), factors.end(), isUsable))
+    if (!scale || !isUsable(scale->X) || !isUsable(scale->Y) || !isUsable(scale->Z))
     {
         throw UsageError(R"(option "--scale" wants three factors between 1e-6 and 1e6 in size, such as 1,2,-1, not ")" +
                          std::string(text) + "\"");
     }
-    return {factors[0], factors[1], factors[2]};
+    return *scale;
 }
 
 double ReadShare(std::string_view text)
@@ -112,126 +107,85 @@ double ReadShare(std::string_view text)
     return *share;
 }
 
-class ArgumentReader
+double ReadFrequency(std::string_view text)
+{
+    std::optional<double> const hertz = clip::ParseNumber(text);
+    if (!hertz || !(*hertz >= 1 / k_LargestFrequency && *hertz <= k_LargestFrequency))
+    {
+        throw UsageError(R"(option "--smooth" wants a frequency from 1e-6 to 1e6 hertz, not ")" + std::string(text) +
+                         "\"");
+    }
+    return *hertz;
+}
+
+class OptionReader
 {
 public:
-    explicit ArgumentReader(std::span<char const * const> arguments) : m_Arguments(arguments) {}
+    explicit OptionReader(std::span<char const * const> arguments) : m_Arguments(arguments) {}
 
     Options Read()
     {
-        while (m_Next < m_Arguments.size())
-        {
-            std::string_view const argument = m_Arguments[m_Next++];
-            bool const isOption = !m_AreOptionsOver && argument.size() > 1 && argument.starts_with('-');
-            isOption ? ReadOption(argument) : ReadClip(argument);
-            if (m_Options.isHelpWanted)
-            {
-                return m_Options;
-            }
-        }
-        if (m_Options.clip.empty())
-        {
-            throw UsageError("no clip given");
-        }
-        if (m_IsShareGiven && m_Options.blendClip.empty())
+        m_Options.isHelpWanted = m_Arguments.Read([this](std::string_view name) { return ReadOption(name); });
+        m_Options.clip = m_Arguments.Clip();
+        if (!m_Options.isHelpWanted && m_IsShareGiven && m_Options.blendClip.empty())
         {
             throw UsageError(R"(option "--at" is nothing without "--blend")");
+        }
+        if (!m_Options.isHelpWanted && m_Options.smoothing && !m_Options.poseSource.empty())
+        {
+            throw UsageError(R"(options "--smooth" and "--load" exclude each other: poses have no channels)");
         }
         return m_Options;
     }
 
 private:
-    void ReadOption(std::string_view argument)
+    bool ReadOption(std::string_view name)
     {
-        std::string_view const name = argument.substr(0, argument.find('='));
-        if (argument == "--")
+        if (name == "--out")
         {
-            m_AreOptionsOver = true;
-        }
-        else if (argument == "--help" || argument == "-h")
-        {
-            m_Options.isHelpWanted = true;
-        }
-        else if (name == "--out")
-        {
-            m_Options.outputFolder = ReadPath(argument, "a folder");
+            m_Options.outputFolder = m_Arguments.Path("a folder");
         }
         else if (name == "--order")
         {
-            m_Options.order = FindOrder(ReadValue(argument));
+            m_Options.order = FindOrder(m_Arguments.Value());
         }
         else if (name == "--scale")
         {
-            m_Options.scale = ReadScale(ReadValue(argument));
+            m_Options.scale = ReadScale(m_Arguments.Value());
         }
         else if (name == "--mode")
         {
-            m_Options.composition = FindComposition(ReadValue(argument));
+            m_Options.composition = FindComposition(m_Arguments.Value());
         }
         else if (name == "--blend")
         {
-            m_Options.blendClip = ReadPath(argument, "a clip");
+            m_Options.blendClip = m_Arguments.Path("a clip");
         }
         else if (name == "--at")
         {
-            m_Options.blendShare = ReadShare(ReadValue(argument));
+            m_Options.blendShare = ReadShare(m_Arguments.Value());
             m_IsShareGiven = true;
+        }
+        else if (name == "--smooth")
+        {
+            m_Options.smoothing = ReadFrequency(m_Arguments.Value());
         }
         else if (name == "--save")
         {
-            m_Options.poseTarget = ReadPath(argument, "a file");
+            m_Options.poseTarget = m_Arguments.Path("a file");
         }
         else if (name == "--load")
         {
-            m_Options.poseSource = ReadPath(argument, "a file");
+            m_Options.poseSource = m_Arguments.Path("a file");
         }
         else
         {
-            throw UsageError("unknown option \"" + std::string(argument) + "\"");
+            return false;
         }
+        return true;
     }
 
-    /// What stands behind the option's equals sign, or else the next argument.
-    std::string_view ReadValue(std::string_view option)
-    {
-        if (std::size_t const equals = option.find('='); equals != std::string_view::npos)
-        {
-            return option.substr(equals + 1);
-        }
-        if (m_Next == m_Arguments.size())
-        {
-            throw UsageError("option \"" + std::string(option) + "\" wants a value");
-        }
-        return m_Arguments[m_Next++];
-    }
-
-    std::filesystem::path ReadPath(std::string_view option, std::string const & wanted)
-    {
-        std::string_view const value = ReadValue(option);
-        if (value.empty())
-        {
-            throw UsageError("option \"" + std::string(option.substr(0, option.find('='))) + "\" wants " + wanted);
-        }
-        return value;
-    }
-
-    void ReadClip(std::string_view argument)
-    {
-        if (!m_Options.clip.empty())
-        {
-            throw UsageError("more than one clip given: \"" + m_Options.clip.string() + "\" and \"" +
-                             std::string(argument) + "\"");
-        }
-        if (argument.empty())
-        {
-            throw UsageError("the clip's name is empty");
-        }
-        m_Options.clip = argument;
-    }
-
-    std::span<char const * const> m_Arguments;
-    std::size_t m_Next = 0;
-    bool m_AreOptionsOver = false;
+    clip::Arguments m_Arguments;
     bool m_IsShareGiven = false;
     Options m_Options;
 };
@@ -240,7 +194,7 @@ private:
 
 Options ParseOptions(std::span<char const * const> arguments)
 {
-    return ArgumentReader(arguments).Read();
+    return OptionReader(arguments).Read();
 }
 
 } // namespace bake

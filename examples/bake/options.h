@@ -1,5 +1,6 @@
 #pragma once
 
+#include "clip/arguments.h"
 #include "clip/joint_rotation.h"
 #include "clip/pose.h"
 #include "math/vector3.h"
@@ -7,7 +8,6 @@
 #include <filesystem>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string_view>
 
 namespace bake
@@ -22,18 +22,14 @@ struct Options
     std::optional<clip::ChannelOrder> order;      ///< in which to write the rotations; without it they are not written
     std::optional<C3DVector3Tpl<double>> scale;   ///< of the roots; without it they keep theirs
     std::optional<clip::Composition> composition; ///< without it by component, or as poses that are loaded have it
+    std::optional<double> smoothing;              ///< hertz, below which motion stays; without it all does
     std::filesystem::path blendClip;              ///< empty for none
     double blendShare = 0.5;                      ///< of the clip blended in, 0 to 1
     std::filesystem::path poseSource;             ///< empty for the poses of the clip
     std::filesystem::path poseTarget;             ///< empty for none
 };
 
-/// A command line that cannot be followed; `what()` says why.
-class UsageError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
+using clip::UsageError;
 
 /// What `--help` prints.
 extern std::string_view const k_Usage;

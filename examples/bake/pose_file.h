@@ -2,11 +2,11 @@
 
 #include "clip/clip.h"
 #include "clip/pose.h"
+#include "clip/program.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <span>
-#include <stdexcept>
 #include <vector>
 
 // A file of poses: a chunk with the tag "POSE", in it the counts of frames and joints and the time of a frame as
@@ -17,10 +17,10 @@ namespace bake
 {
 
 /// A file that holds no poses of the skeleton; `what()` is one line that says why.
-class PoseFileError : public std::runtime_error
+class PoseFileError : public clip::InputError
 {
 public:
-    using std::runtime_error::runtime_error;
+    using clip::InputError::InputError;
 };
 
 /// Poses and how they compose.

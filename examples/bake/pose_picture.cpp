@@ -1,7 +1,7 @@
 #include "bake/pose_picture.h"
 
-#include "bake/page_style.h"
 #include "clip/number_text.h"
+#include "clip/page_style.h"
 
 #include <algorithm>
 #include <array>
@@ -111,15 +111,15 @@ public:
     {
         double const figureHeight = (m_Bounds.largest.Y - m_Bounds.smallest.Y) * m_Scale;
         double const panelHeight = k_PanelPadding + figureHeight + k_PanelFoot;
-        double const pageHeight = k_HeaderHeight + 2 * panelHeight + k_PanelGap + k_Margin;
-        clip::Drawing drawing(k_PageWidth, pageHeight, name + ": poses from the front and from the side");
-        drawing.Rectangle({0, 0}, k_PageWidth, pageHeight, {std::string(k_Paper)});
+        double const pageHeight = k_HeaderHeight + 2 * panelHeight + clip::k_PanelGap + clip::k_Margin;
+        clip::Drawing drawing(clip::k_PageWidth, pageHeight, name + ": poses from the front and from the side");
+        drawing.Rectangle({0, 0}, clip::k_PageWidth, pageHeight, {std::string(clip::k_Paper)});
         DrawHeader(drawing, name);
         double top = k_HeaderHeight;
         for (View const & view : k_Views)
         {
             DrawPanel(drawing, view, top, panelHeight);
-            top += panelHeight + k_PanelGap;
+            top += panelHeight + clip::k_PanelGap;
         }
         return drawing;
     }
@@ -165,7 +165,10 @@ private:
 
     std::string LegendName(int end) const { return clip::ShortenText(NameOfEnd(end), k_MostNameBytes); }
 
-    double ColumnWidth() const { return (k_PageWidth - 2 * k_Margin) / static_cast<double>(m_Pieces.size()); }
+    double ColumnWidth() const
+    {
+        return (clip::k_PageWidth - 2 * clip::k_Margin) / static_cast<double>(m_Pieces.size());
+    }
 
     double RootAcross(View const & view, Piece const & piece) const
     {
@@ -217,12 +220,12 @@ private:
 
     void DrawHeader(clip::Drawing & drawing, std::string const & name) const
     {
-        drawing.Text({k_Margin, 46}, name, {26, std::string(k_Ink), clip::Anchor::Start, true});
+        drawing.Text({clip::k_Margin, 46}, name, {26, std::string(clip::k_Ink), clip::Anchor::Start, true});
         std::size_t const frameCount = m_Positions.FrameCount();
-        drawing.Text({k_PageWidth - k_Margin, 46},
+        drawing.Text({clip::k_PageWidth - clip::k_Margin, 46},
                      std::to_string(clip::CountJoints(m_Clip.skeleton)) + " joints, " + std::to_string(frameCount) +
                          " frames, " + clip::FixedText(static_cast<double>(frameCount) * m_Clip.frameTime, 2) + " s",
-                     {15, std::string(k_QuietInk), clip::Anchor::End});
+                     {15, std::string(clip::k_QuietInk), clip::Anchor::End});
         DrawLegend(drawing);
     }
 
@@ -238,32 +241,34 @@ private:
             longest = std::max(longest, LegendName(end).size());
         }
         double const width = k_Sample + 3 * k_Gap + k_CharacterWidth * static_cast<double>(longest);
-        auto const fitting = static_cast<std::size_t>((k_PageWidth - 2 * k_Margin) / width);
+        auto const fitting = static_cast<std::size_t>((clip::k_PageWidth - 2 * clip::k_Margin) / width);
         std::size_t const shown = m_Ends.size() <= fitting ? m_Ends.size() : fitting - 1;
-        double x = k_Margin;
+        double x = clip::k_Margin;
         for (int const end : std::span(m_Ends).first(shown))
         {
             drawing.Line({x + 3, 78}, {x + k_Sample, 78}, {ColorOf(static_cast<std::size_t>(end)), 5});
-            drawing.Text({x + k_Sample + k_Gap, 83}, LegendName(end), {14, std::string(k_Ink)});
+            drawing.Text({x + k_Sample + k_Gap, 83}, LegendName(end), {14, std::string(clip::k_Ink)});
             x += width;
         }
         if (shown < m_Ends.size())
         {
             drawing.Text({x, 83}, "and " + std::to_string(m_Ends.size() - shown) + " more",
-                         {14, std::string(k_QuietInk)});
+                         {14, std::string(clip::k_QuietInk)});
         }
     }
 
     void DrawPanel(clip::Drawing & drawing, View const & view, double top, double height) const
     {
         double const ground = top + height - k_PanelFoot;
-        drawing.Rectangle({k_Margin, top}, k_PageWidth - 2 * k_Margin, height, {std::string(k_PanelColor)},
-                          k_PanelCorner);
-        drawing.Text({k_Margin + 14, top + 23}, view.label, {14, std::string(k_QuietInk), clip::Anchor::Start, true});
-        drawing.Line({k_Margin + 14, ground}, {k_PageWidth - k_Margin - 14, ground}, {std::string(k_RuleColor), 1.5});
+        drawing.Rectangle({clip::k_Margin, top}, clip::k_PageWidth - 2 * clip::k_Margin, height,
+                          {std::string(clip::k_PanelColor)}, clip::k_PanelCorner);
+        drawing.Text({clip::k_Margin + 14, top + 23}, view.label,
+                     {14, std::string(clip::k_QuietInk), clip::Anchor::Start, true});
+        drawing.Line({clip::k_Margin + 14, ground}, {clip::k_PageWidth - clip::k_Margin - 14, ground},
+                     {std::string(clip::k_RuleColor), 1.5});
         for (std::size_t i = 0; i < m_Pieces.size(); ++i)
         {
-            double const center = k_Margin + (static_cast<double>(i) + 0.5) * ColumnWidth();
+            double const center = clip::k_Margin + (static_cast<double>(i) + 0.5) * ColumnWidth();
             DrawColumn(drawing, view, m_Pieces[i], {center, ground});
             DrawTime(drawing, m_Pieces[i].pose, {center, ground});
         }
@@ -272,9 +277,9 @@ private:
     void DrawTime(clip::Drawing & drawing, std::size_t frame, clip::Point foot) const
     {
         drawing.Text({foot.x, foot.y + 22}, clip::FixedText(static_cast<double>(frame) * m_Clip.frameTime, 2) + " s",
-                     {14, std::string(k_Ink), clip::Anchor::Middle});
+                     {14, std::string(clip::k_Ink), clip::Anchor::Middle});
         drawing.Text({foot.x, foot.y + 39}, "frame " + std::to_string(frame),
-                     {12, std::string(k_QuietInk), clip::Anchor::Middle});
+                     {12, std::string(clip::k_QuietInk), clip::Anchor::Middle});
     }
 
     /// \param foot the middle of the column, on the ground
@@ -326,7 +331,7 @@ private:
         {
             clip::Point const from = toPage(pose[static_cast<std::size_t>(joints[joint].parent)]);
             clip::Point const to = toPage(pose[joint]);
-            drawing.Line(from, to, {std::string(k_PanelColor), 1.4 * width});
+            drawing.Line(from, to, {std::string(clip::k_PanelColor), 1.4 * width});
             drawing.Line(from, to, {ColorOf(joint), width});
         }
         for (int const end : m_Ends)

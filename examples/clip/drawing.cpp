@@ -48,6 +48,17 @@ std::string FillAttributes(Fill const & fill)
     return text;
 }
 
+std::string PointsAttribute(std::span<Point const> points)
+{
+    std::string places;
+    for (Point const & point : points)
+    {
+        places += places.empty() ? "" : " ";
+        places += Number(point.x) + ',' + Number(point.y);
+    }
+    return Attribute("points", places);
+}
+
 /// Indexed by `Anchor`.
 constexpr std::array<std::string_view, 3> k_AnchorNames = {"start", "middle", "end"};
 
@@ -154,13 +165,16 @@ void Drawing::Polyline(std::span<Point const> points, Stroke const & stroke)
     {
         return;
     }
-    std::string places;
-    for (Point const & point : points)
+    m_Body += "<polyline" + PointsAttribute(points) + Attribute("fill", "none") + StrokeAttributes(stroke) + "/>\n";
+}
+
+void Drawing::Polygon(std::span<Point const> points, Fill const & fill)
+{
+    if (points.size() < 3)
     {
-        places += places.empty() ? "" : " ";
-        places += Number(point.x) + ',' + Number(point.y);
+        return;
     }
-    m_Body += "<polyline" + Attribute("points", places) + Attribute("fill", "none") + StrokeAttributes(stroke) + "/>\n";
+    m_Body += "<polygon" + PointsAttribute(points) + FillAttributes(fill) + "/>\n";
 }
 
 void Drawing::Circle(Point center, double radius, Fill const & fill)

@@ -58,6 +58,8 @@ public:
     void Line(Point from, Point to, Stroke const & stroke);
     /// A line through all points, open at its ends. Of less than two points nothing is drawn.
     void Polyline(std::span<Point const> points, Stroke const & stroke);
+    /// The inside of a closed line through all points. Of less than three points nothing is drawn.
+    void Polygon(std::span<Point const> points, Fill const & fill);
     void Circle(Point center, double radius, Fill const & fill);
     /// \param corner radius of the rounded corners, 0 for sharp ones
     void Rectangle(Point upperLeft, double width, double height, Fill const & fill, double corner = 0);

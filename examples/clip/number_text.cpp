@@ -1,5 +1,6 @@
 #include "clip/number_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -45,6 +46,25 @@ std::optional<unsigned long long> ParseCount(std::string_view text)
     return ParseWhole<unsigned long long>(text);
 }
 
+std::optional<C3DVector3Tpl<double>> ParseTriple(std::string_view text)
+{
+    std::string const list = std::string(text) + ','; // so that every number ends at a comma
+    std::string_view rest = list;
+    C3DVector3Tpl<double> triple(0, 0, 0);
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        std::string_view const part = rest.substr(0, rest.find(','));
+        rest.remove_prefix(std::min(rest.size(), part.size() + 1));
+        std::optional<double> const number = ParseNumber(part);
+        if (!number)
+        {
+            return std::nullopt;
+        }
+        triple.Set(axis, *number);
+    }
+    return rest.empty() ? std::optional(triple) : std::nullopt;
+}
+
 std::string ShortestText(double value)
 {
     std::array<char, 32> buffer;
@@ -83,6 +103,12 @@ std::string RoundedText(double value, int decimals)
         }
     }
     return text;
+}
+
+std::string PointText(C3DVector3Tpl<double> const & point, int decimals)
+{
+    return '(' + RoundedText(point.X, decimals) + ", " + RoundedText(point.Y, decimals) + ", " +
+           RoundedText(point.Z, decimals) + ')';
 }
 
 } // namespace clip

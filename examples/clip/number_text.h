@@ -1,5 +1,7 @@
 #pragma once
 
+#include "math/vector3.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +16,9 @@ std::optional<double> ParseNumber(std::string_view text);
 /// The non-negative integer that the whole of `text` spells, or nothing.
 std::optional<unsigned long long> ParseCount(std::string_view text);
 
+/// The three numbers, with commas between, that the whole of `text` spells, or nothing.
+std::optional<C3DVector3Tpl<double>> ParseTriple(std::string_view text);
+
 /// The shortest decimal text that reads back as the same double, bit for bit.
 std::string ShortestText(double value);
 
@@ -26,5 +31,8 @@ std::string FixedText(double value, int decimals);
 
 /// The same without trailing zeros.
 std::string RoundedText(double value, int decimals);
+
+/// The coordinates of a point in the same way, as "(1, 2, 3)".
+std::string PointText(C3DVector3Tpl<double> const & point, int decimals);
 
 } // namespace clip

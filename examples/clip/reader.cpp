@@ -420,7 +420,7 @@ void ReadFrames(Words & words, Clip & clip)
 } // namespace
 
 FormatError::FormatError(std::string const & file, std::size_t line, std::string const & message)
-    : std::runtime_error(file + ":" + std::to_string(line) + ": " + message), m_Line(line)
+    : InputError(file + ":" + std::to_string(line) + ": " + message), m_Line(line)
 {
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "clip/clip.h"
+#include "clip/program.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <istream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -13,7 +13,7 @@ namespace clip
 {
 
 /// A text that is no clip: `what()` is one line of file name, line number and what was wrong.
-class FormatError : public std::runtime_error
+class FormatError : public InputError
 {
 public:
     FormatError(std::string const & file, std::size_t line, std::string const & message);

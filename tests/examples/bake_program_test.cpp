@@ -31,7 +31,7 @@ TEST_F(BakeProgram, Help_goes_to_standard_output_with_status_zero)
         for (char const * const part :
              {"--out DIR", "--order ABC", "outermost to the innermost", "Zrotation Xrotation Yrotation", "baked.bvh",
               "angles.csv", "curves.svg", "--scale X,Y,Z", "--mode MODE", "--blend OTHER.bvh", "--at SHARE",
-              "--save FILE", "--load FILE", "world-angles.csv"})
+              "--smooth HZ", "--save FILE", "--load FILE", "world-angles.csv"})
         {
             EXPECT_NE(outcome.output.find(part), std::string::npos) << part;
         }
@@ -187,6 +187,53 @@ TEST_F(BakeProgram, The_angles_are_those_of_the_baked_clip_bit_for_bit)
         }
     }
     EXPECT_FALSE(std::getline(table, line));
+}
+
+/// A joint that turns about Z by 2 degrees a frame, with a tremor of 10 degrees that changes sides every frame. It
+/// begins and ends in the middle of the tremor.
+std::string Trembling(double tremor)
+{
+    std::string text = "HIERARCHY\nROOT A\n{\nOFFSET 0 0 0\nCHANNELS 3 Zrotation Xrotation Yrotation\nEnd Site\n{\n"
+                       "OFFSET 10 0 0\n}\n}\nMOTION\nFrames: 401\nFrame Time: 0.02\n";
+    for (int frame = 0; frame <= 400; ++frame)
+    {
+        double const side = frame == 0 || frame == 400 ? 0 : frame % 2 == 0 ? 1 : -1;
+        text += std::to_string(2 * frame + side * tremor) + " 0 0\n";
+    }
+    return text;
+}
+
+TEST_F(BakeProgram, Smoothing_takes_a_tremor_out_and_leaves_whole_turns)
+{
+    WriteText(Path("tremor.bvh"), Trembling(10));
+    WriteText(Path("steady.bvh"), Trembling(0));
+    Outcome const outcome = Run("--order ZXY --smooth 5 tremor.bvh");
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_NE(outcome.output.find("smoothing     below 5 hertz alone\n"), std::string::npos) << outcome.output;
+    clip::Clip const smooth = clip::ReadClip(Path("bake-out/baked.bvh"));
+    clip::Clip const steady = clip::ReadClip(Path("steady.bvh"));
+    for (std::size_t frame = 0; frame <= 400; ++frame)
+    {
+        EXPECT_NEAR(smooth.Frame(frame)[0], steady.Frame(frame)[0], 1.2) << frame;
+    }
+    EXPECT_NEAR(smooth.Frame(400)[0], 800, 1e-9) << "two whole turns and 80 degrees";
+    Outcome const rough = Run("--order ZXY --out rough tremor.bvh");
+    EXPECT_EQ(rough.output.find("smoothing"), std::string::npos);
+    EXPECT_NEAR(clip::ReadClip(Path("rough/baked.bvh")).Frame(200)[0], 410, 1e-9);
+}
+
+TEST_F(BakeProgram, Smoothing_reaches_the_clip_that_is_blended_in)
+{
+    WriteText(Path("tremor.bvh"), Trembling(10));
+    WriteText(Path("steady.bvh"), Trembling(0));
+    EXPECT_EQ(Run("--order ZXY --smooth 5 --blend tremor.bvh --at 1 steady.bvh").status, 0);
+    EXPECT_EQ(Run("--order ZXY --smooth 5 --out alone tremor.bvh").status, 0);
+    clip::Clip const blended = clip::ReadClip(Path("bake-out/baked.bvh"));
+    clip::Clip const alone = clip::ReadClip(Path("alone/baked.bvh"));
+    for (std::size_t frame = 0; frame <= 400; ++frame)
+    {
+        EXPECT_NEAR(blended.Frame(frame)[0], alone.Frame(frame)[0], 1e-8) << frame;
+    }
 }
 
 TEST_F(BakeProgram, Rotations_that_the_extraction_misses_are_counted)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -82,6 +83,15 @@ TEST(Drawing, A_polyline_lists_its_points_and_needs_two)
     none.Polyline({}, {"black"});
     none.Polyline(std::span(points).first(1), {"black"});
     EXPECT_EQ(BodyOf(none), "");
+}
+
+TEST(Drawing, A_polygon_is_filled_and_needs_three_points)
+{
+    Drawing drawing(10, 10, "t");
+    std::vector<Point> const points = {{0, 1}, {2, 3.5}, {4, 5}};
+    drawing.Polygon(points, {"black", 0.5});
+    drawing.Polygon(std::span(points).first(2), {"black"});
+    EXPECT_EQ(BodyOf(drawing), "<polygon points=\"0,1 2,3.5 4,5\" fill=\"black\" fill-opacity=\"0.5\"/>\n");
 }
 
 TEST(Drawing, Text_is_escaped_and_styled)

@@ -129,4 +129,19 @@ TEST(NumberText, RoughText_keeps_the_leading_digits)
     EXPECT_EQ(clip::RoughText(0.1, 17), "0.10000000000000001");
 }
 
+TEST(ParseTriple, Reads_three_numbers_with_commas_between)
+{
+    EXPECT_EQ(clip::ParseTriple("1,-2.5,+3e2").value(), C3DVector3Tpl<double>(1, -2.5, 300));
+    for (char const * const text :
+         {"", ",", ",,", ",,,", "1", "1,2", "1,2,", "1,2,3,", "1,2,3,4", ",1,2", "1,,3", "1, 2,3", "1,2,x", "1;2;3"})
+    {
+        EXPECT_FALSE(clip::ParseTriple(text)) << text;
+    }
+}
+
+TEST(PointText, Rounds_each_coordinate)
+{
+    EXPECT_EQ(clip::PointText({1, -2.346, -0.001}, 2), "(1, -2.35, 0)");
+}
+
 } // namespace

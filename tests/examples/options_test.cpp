@@ -66,6 +66,7 @@ TEST(BakeOptions, A_clip_alone_keeps_its_scale_and_poses)
     bake::Options const options = Parse({"a.bvh"});
     EXPECT_FALSE(options.scale.has_value());
     EXPECT_FALSE(options.composition.has_value());
+    EXPECT_FALSE(options.smoothing.has_value());
     EXPECT_TRUE(options.blendClip.empty());
     EXPECT_EQ(options.blendShare, 0.5);
     EXPECT_TRUE(options.poseSource.empty());
@@ -143,6 +144,29 @@ TEST(BakeOptions, A_share_is_from_zero_to_one)
     }
     EXPECT_EQ(Refusal({"--at", "0.5", "a.bvh"}), "option \"--at\" is nothing without \"--blend\"");
     EXPECT_EQ(Refusal({"a.bvh", "--at=0.5"}), "option \"--at\" is nothing without \"--blend\"");
+}
+
+TEST(BakeOptions, A_smoothing_has_a_frequency_in_both_forms)
+{
+    EXPECT_EQ(Parse({"--smooth", "6", "a.bvh"}).smoothing, 6);
+    EXPECT_EQ(Parse({"a.bvh", "--smooth=0.5"}).smoothing, 0.5);
+    EXPECT_EQ(Parse({"--smooth=1e-6", "a.bvh"}).smoothing, 1e-6);
+    EXPECT_EQ(Parse({"--smooth=1e6", "a.bvh"}).smoothing, 1e6);
+    for (std::string const hertz : {"", "0", "-0", "-3", "9.9e-7", "1000001", "nan", "inf", "-inf", "x", "3Hz"})
+    {
+        EXPECT_EQ(Refusal({"--smooth", hertz.c_str(), "a.bvh"}),
+                  "option \"--smooth\" wants a frequency from 1e-6 to 1e6 hertz, not \"" + hertz + "\"");
+    }
+    EXPECT_EQ(Refusal({"a.bvh", "--smooth"}), "option \"--smooth\" wants a value");
+}
+
+TEST(BakeOptions, Poses_that_are_loaded_cannot_be_smoothed)
+{
+    std::string const refusal = R"(options "--smooth" and "--load" exclude each other: poses have no channels)";
+    EXPECT_EQ(Refusal({"--smooth=6", "--load=p.bin", "a.bvh"}), refusal);
+    EXPECT_EQ(Refusal({"--load=p.bin", "a.bvh", "--smooth=6"}), refusal);
+    EXPECT_EQ(Refusal({"--smooth=6", "--save=p.bin", "--blend=b.bvh", "a.bvh"}), "");
+    EXPECT_TRUE(Parse({"--smooth=6", "--load=p.bin", "--help"}).isHelpWanted);
 }
 
 TEST(BakeOptions, Poses_are_saved_and_loaded_by_name_in_both_forms)

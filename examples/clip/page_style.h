@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-// What the pictures of the program have in common.
+// What the pictures of the programs have in common.
 
-namespace bake
+namespace clip
 {
 
 inline constexpr double k_PageWidth = 1280;
@@ -15,7 +15,8 @@ inline constexpr double k_PanelCorner = 8;
 inline constexpr std::string_view k_Paper = "#f4f2ee";
 inline constexpr std::string_view k_PanelColor = "#ffffff";
 inline constexpr std::string_view k_RuleColor = "#b7b1a6";
+inline constexpr std::string_view k_GridColor = "#e4e1db";
 inline constexpr std::string_view k_Ink = "#23272f";
 inline constexpr std::string_view k_QuietInk = "#737882";
 
-} // namespace bake
+} // namespace clip

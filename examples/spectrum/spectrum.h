@@ -1,0 +1,13 @@
+#pragma once
+
+#include <ostream>
+#include <span>
+
+namespace spectrum
+{
+
+/// The program, from the arguments behind its name to its exit status: 0 done, 1 a file could not be read or written,
+/// 2 a clip or the command line are wrong.
+int Run(std::span<char const * const> arguments, std::ostream & output, std::ostream & errors);
+
+} // namespace spectrum
