@@ -14,4 +14,17 @@ void DSPForwardCore(int n, double * a, int const * ip, int nw, double const * w)
 /// The same with exp(-2 pi i j k / N).
 void DSPBackwardCore(int n, double * a, int const * ip, int nw, double const * w);
 
+/// The two transforms by operations of one width.
+struct Cores
+{
+    void (*forward)(int n, double * a, int const * ip, int nw, double const * w);
+    void (*backward)(int n, double * a, int const * ip, int nw, double const * w);
+};
+
+/// One complex number in a register.
+Cores CoresByOne();
+
+/// Two, with the same bits as a result. Those by one where the processor has no such registers.
+Cores CoresByTwo();
+
 } // namespace math::detail

@@ -16,6 +16,19 @@ void EnsureCosines(int n, int ratio, int * ip, double * w);
 void DSPRealForwardPost(int n, double * a, int nc, double const * c);
 void DSPRealBackwardPre(int n, double * a, int nc, double const * c);
 
+/// The two passes by operations of one width.
+struct RealPasses
+{
+    void (*forwardPost)(int n, double * a, int nc, double const * c);
+    void (*backwardPre)(int n, double * a, int nc, double const * c);
+};
+
+/// One complex number in a register.
+RealPasses RealPassesByOne();
+
+/// Two, with the same bits as a result. Those by one where the processor has no such registers.
+RealPasses RealPassesByTwo();
+
 /// The turn of pairs of values that makes a cosine or sine transform of a real one.
 void DSPCosinePhase(int n, double * a, int nc, double const * c);
 void DSPSinePhase(int n, double * a, int nc, double const * c);

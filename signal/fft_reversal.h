@@ -3,14 +3,16 @@
 /// \file
 /// The bit reversal that ends a complex transform.
 
+#include <cstddef>
+
 namespace math::detail
 {
 
 /// The number of M - 1 or fewer with its bits in reverse order; M is a power of two.
 template <int M>
-constexpr int ReverseBits(int number)
+constexpr std::ptrdiff_t ReverseBits(std::ptrdiff_t number)
 {
-    int reversed = 0;
+    std::ptrdiff_t reversed = 0;
     for (int bit = 1; bit < M; bit *= 2)
     {
         reversed = 2 * reversed + (number & 1);

@@ -51,10 +51,7 @@ CDSPSignal1D::~CDSPSignal1D()
     m_Data = nullptr;
 }
 
-CDSPTransform1D::CDSPTransform1D()
-    : m_Work(nullptr), m_Scratch(nullptr), m_Index(nullptr), m_MaxSize(0), m_Initialized(false), m_IsTried(false)
-{
-}
+CDSPTransform1D::CDSPTransform1D() = default;
 
 CDSPTransform1D::~CDSPTransform1D()
 {

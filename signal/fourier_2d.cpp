@@ -35,11 +35,7 @@ CDSPSignal2D::~CDSPSignal2D()
     m_Data = nullptr;
 }
 
-CDSPTransform2D::CDSPTransform2D()
-    : m_Work(nullptr), m_Scratch(nullptr), m_Index(nullptr), m_MaxSize1(0), m_MaxSize2(0), m_Initialized(false),
-      m_IsTried(false)
-{
-}
+CDSPTransform2D::CDSPTransform2D() = default;
 
 CDSPTransform2D::~CDSPTransform2D()
 {

@@ -49,11 +49,7 @@ CDSPSignal3D::~CDSPSignal3D()
     m_Data = nullptr;
 }
 
-CDSPTransform3D::CDSPTransform3D()
-    : m_Work(nullptr), m_Scratch(nullptr), m_Index(nullptr), m_MaxSize1(0), m_MaxSize2(0), m_MaxSize3(0),
-      m_Initialized(false), m_IsTried(false)
-{
-}
+CDSPTransform3D::CDSPTransform3D() = default;
 
 CDSPTransform3D::~CDSPTransform3D()
 {

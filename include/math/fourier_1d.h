@@ -84,10 +84,10 @@ private:
     bool InitArrays(unsigned int wCount, unsigned int ipCount, unsigned int tCount);
     bool Prepare(CDSPSignal1D const * signal, unsigned int size, math::detail::TableCounts const & counts);
 
-    double * m_Work;
-    double * m_Scratch;
-    int * m_Index;
-    unsigned int m_MaxSize;
-    bool m_Initialized;
-    bool m_IsTried;
+    double * m_Work = nullptr;
+    double * m_Scratch = nullptr;
+    int * m_Index = nullptr;
+    unsigned int m_MaxSize = 0;
+    bool m_Initialized = false;
+    bool m_IsTried = false;
 };

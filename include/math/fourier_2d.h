@@ -24,7 +24,7 @@ public:
     /// Values that are not initialised. Where memory is short, what could not be had is null, and nothing tells so.
     CDSPSignal2D(unsigned int size1, unsigned int size2);
 
-    /// Independent copies.
+    /// Independent copies, of what there is and there is memory for.
     CDSPSignal2D(CDSPSignal2D const & other);
     CDSPSignal2D & operator=(CDSPSignal2D const & other);
     ~CDSPSignal2D();
@@ -33,7 +33,7 @@ public:
 /// Transforms of signals of n1 rows of n2 values, along the rows and along the columns: see CDSPTransform1D for the
 /// sums, and for what holds here too: one kind of transform for an object's whole life, sizes up to those of the first
 /// call, powers of two that are not checked, and at least 2; false without a word but the first "Out of memory in
-/// CDSPTransform2D...".
+/// CDSPTransform2D...", and for a signal that lacks a row.
 class MATH_API CDSPTransform2D
 {
 public:
@@ -59,7 +59,8 @@ public:
     /// \param signal the signal
     bool RealFFT(int sign, bool isExpanded, CDSPSignal2D * signal);
 
-    /// The cosine and sine transform along both axes, with the same sign.
+    /// The cosine and sine transform along both axes, with the same sign. Backward, then half of what stands at index 0
+    /// along each axis, then forward multiply by n1 n2 / 4.
     bool RealDCT(int sign, CDSPSignal2D * signal);
     bool RealDST(int sign, CDSPSignal2D * signal);
 
@@ -71,11 +72,11 @@ private:
     template <typename Kernel>
     bool RunTrigonometric(int sign, CDSPSignal2D * signal, Kernel kernel);
 
-    double * m_Work;
-    double * m_Scratch;
-    int * m_Index;
-    unsigned int m_MaxSize1;
-    unsigned int m_MaxSize2;
-    bool m_Initialized;
-    bool m_IsTried;
+    double * m_Work = nullptr;
+    double * m_Scratch = nullptr;
+    int * m_Index = nullptr;
+    unsigned int m_MaxSize1 = 0;
+    unsigned int m_MaxSize2 = 0;
+    bool m_Initialized = false;
+    bool m_IsTried = false;
 };

@@ -25,7 +25,7 @@ public:
     /// Values that are not initialised. Where memory is short, what could not be had is null, and nothing tells so.
     CDSPSignal3D(unsigned int size1, unsigned int size2, unsigned int size3);
 
-    /// Independent copies.
+    /// Independent copies, of what there is and there is memory for.
     CDSPSignal3D(CDSPSignal3D const & other);
     CDSPSignal3D & operator=(CDSPSignal3D const & other);
     ~CDSPSignal3D();
@@ -45,6 +45,7 @@ public:
     bool ComplexFFT(int sign, CDSPSignal3D * signal);
 
     /// Real values and the half of their transform that the other half mirrors, X[-k1][-k2][-k3] = conj X[k1][k2][k3].
+    /// There and back multiplies by n1 n2 n3 / 2.
     ///
     /// Packed, columns 0 and n3/2 share the first two values of a row: of row (k1, k2) and its mirror (-k1, -k2) the
     /// first has its own column 0 there, and the second the imaginary and real part of its own column n3/2. The first
@@ -54,7 +55,8 @@ public:
     /// For `isExpanded` see CDSPTransform2D::RealFFT; n3 is the row less two there.
     bool RealFFT(int sign, bool isExpanded, CDSPSignal3D * signal);
 
-    /// The cosine and sine transform along the three axes, with the same sign.
+    /// The cosine and sine transform along the three axes, with the same sign. Backward, then half of what stands at
+    /// index 0 along each axis, then forward multiply by n1 n2 n3 / 8.
     bool RealDCT(int sign, CDSPSignal3D * signal);
     bool RealDST(int sign, CDSPSignal3D * signal);
 
@@ -66,12 +68,12 @@ private:
     template <typename Kernel>
     bool RunTrigonometric(int sign, CDSPSignal3D * signal, Kernel kernel);
 
-    double * m_Work;
-    double * m_Scratch;
-    int * m_Index;
-    unsigned int m_MaxSize1;
-    unsigned int m_MaxSize2;
-    unsigned int m_MaxSize3;
-    bool m_Initialized;
-    bool m_IsTried;
+    double * m_Work = nullptr;
+    double * m_Scratch = nullptr;
+    int * m_Index = nullptr;
+    unsigned int m_MaxSize1 = 0;
+    unsigned int m_MaxSize2 = 0;
+    unsigned int m_MaxSize3 = 0;
+    bool m_Initialized = false;
+    bool m_IsTried = false;
 };
