@@ -6,6 +6,7 @@
 // The signals are all zeros: no transform here branches on its data, and these stay what they are, where others would
 // grow from one transform to the next until they overflow.
 
+#include "fftw_transform.h"
 #include "math/fourier_1d.h"
 #include "run_over_array.h"
 
@@ -104,33 +105,10 @@ void WholeSine(benchmark::State & state)
     Ours(state, state.range(0) + 1, [](auto & transform, auto * signal) { return transform.DSTOfRealFFT(signal); });
 }
 
-/// An array and a plan on it.
-class FftwTransform
-{
-public:
-    template <typename MakePlan>
-    FftwTransform(std::size_t values, MakePlan makePlan) : m_Values(fftw_alloc_real(values)), m_Plan(makePlan(m_Values))
-    {
-        std::fill_n(m_Values, values, 0.0); // planning writes
-    }
-    FftwTransform(FftwTransform const &) = delete;
-    FftwTransform & operator=(FftwTransform const &) = delete;
-    ~FftwTransform()
-    {
-        fftw_destroy_plan(m_Plan);
-        fftw_free(m_Values);
-    }
-    void Run() const { fftw_execute(m_Plan); }
-
-private:
-    double * m_Values;
-    fftw_plan m_Plan;
-};
-
 template <unsigned Rigour, typename MakePlan>
 void Fftw(benchmark::State & state, long values, MakePlan makePlan)
 {
-    FftwTransform const transform(static_cast<std::size_t>(values), makePlan);
+    bench::FftwTransform const transform(static_cast<std::size_t>(values), makePlan);
     Measure(state, [&] { transform.Run(); });
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 namespace math::detail
 {
@@ -23,7 +24,8 @@ struct ColumnGroup
     static void Transform(int length, int place, RowOf rowOf, double * t, Kernel kernel)
     {
         std::ptrdiff_t const columnSize = static_cast<std::ptrdiff_t>(length) * ElementSize;
-        auto const forEachValue = [&](auto move)
+        // Whole elements are moved, as the kernel reads them: narrower stores would hold up its loads.
+        auto const forEachElement = [&](auto move)
         {
             for (int i = 0; i < length; ++i)
             {
@@ -31,19 +33,17 @@ struct ColumnGroup
                 double * const inColumns = t + static_cast<std::ptrdiff_t>(i) * ElementSize;
                 for (int column = 0; column < Count; ++column)
                 {
-                    for (int value = 0; value < ElementSize; ++value)
-                    {
-                        move(row[column * ElementSize + value], inColumns[column * columnSize + value]);
-                    }
+                    move(row + column * ElementSize, inColumns + column * columnSize);
                 }
             }
         };
-        forEachValue([](double const & inRow, double & inColumn) { inColumn = inRow; });
+        constexpr std::size_t size = ElementSize * sizeof(double);
+        forEachElement([](double const * inRow, double * inColumn) { std::memcpy(inColumn, inRow, size); });
         for (int column = 0; column < Count; ++column)
         {
             kernel(t + column * columnSize);
         }
-        forEachValue([](double & inRow, double const & inColumn) { inRow = inColumn; });
+        forEachElement([](double * inRow, double const * inColumn) { std::memcpy(inRow, inColumn, size); });
     }
 };
 
