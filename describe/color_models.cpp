@@ -121,9 +121,13 @@ void C3DColor4f::SetFromHLS(float h, float l, float s)
 void C3DColor4f::GetAsHSVA(float & h, float & s, float & v, float & a) const
 {
     C3DColor4f const color = *this; // an output may be a component
-    h = color.S_HSVA() == 0 ? 0 : color.H();
-    s = color.S_HSVA();
-    v = color.V();
+    float min = 0;
+    float max = 0;
+    color.MinMax(min, max);
+    float const saturation = max == 0 ? 0 : (max - min) / max;
+    h = saturation == 0 ? 0 : color.HueOf(min, max);
+    s = saturation;
+    v = max;
     a = color.m_A;
 }
 
