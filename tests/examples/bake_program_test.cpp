@@ -42,12 +42,7 @@ TEST_F(BakeProgram, Help_goes_to_standard_output_with_status_zero)
 
 TEST_F(BakeProgram, An_output_that_cannot_be_written_gives_status_one)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    output.setstate(std::ios::badbit);
-    char const * const arguments[] = {"--help"};
-    EXPECT_EQ(bake::Run(arguments, output, errors), 1);
-    EXPECT_EQ(errors.str(), "bake: cannot write to standard output\n");
+    ExpectUnwritableOutputFails(bake::Run, "bake");
 }
 
 TEST_F(BakeProgram, A_wrong_command_line_gives_status_two_and_a_hint)

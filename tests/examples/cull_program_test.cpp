@@ -253,12 +253,7 @@ TEST_F(CullProgram, A_full_disk_gives_status_one_and_leaves_earlier_results)
 
 TEST_F(CullProgram, An_output_that_cannot_be_written_gives_status_one)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    output.setstate(std::ios::badbit);
-    char const * const arguments[] = {"--help"};
-    EXPECT_EQ(cull::Run(arguments, output, errors), 1);
-    EXPECT_EQ(errors.str(), "cull: cannot write to standard output\n");
+    ExpectUnwritableOutputFails(cull::Run, "cull");
 }
 
 TEST_F(CullProgram, Two_runs_write_the_same_bytes)

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <span>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -61,6 +63,18 @@ protected:
         EXPECT_EQ(ReadText(Path("out/" + m_Picture)), "earlier picture");
         EXPECT_EQ(
             std::distance(std::filesystem::directory_iterator(Path("out")), std::filesystem::directory_iterator()), 2);
+    }
+
+    /// Calls a program, known by this name, with an output that cannot be written.
+    template <typename RunProgram>
+    static void ExpectUnwritableOutputFails(RunProgram run, std::string const & name)
+    {
+        std::ostringstream output;
+        std::ostringstream errors;
+        output.setstate(std::ios::badbit);
+        char const * const arguments[] = {"--help"};
+        EXPECT_EQ(run(std::span(arguments), output, errors), 1);
+        EXPECT_EQ(errors.str(), name + ": cannot write to standard output\n");
     }
 
     ScratchFolder m_Scratch;

@@ -147,12 +147,7 @@ TEST_F(SpectrumProgram, A_full_disk_gives_status_one_and_leaves_earlier_results)
 
 TEST_F(SpectrumProgram, An_output_that_cannot_be_written_gives_status_one)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    output.setstate(std::ios::badbit);
-    char const * const arguments[] = {"--help"};
-    EXPECT_EQ(spectrum::Run(arguments, output, errors), 1);
-    EXPECT_EQ(errors.str(), "spectrum: cannot write to standard output\n");
+    ExpectUnwritableOutputFails(spectrum::Run, "spectrum");
 }
 
 TEST_F(SpectrumProgram, Two_runs_write_the_same_bytes)
