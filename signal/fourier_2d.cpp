@@ -109,8 +109,7 @@ bool CDSPTransform2D::RealFFT(int sign, bool isExpanded, CDSPSignal2D * signal)
     return true;
 }
 
-template <typename Kernel>
-bool CDSPTransform2D::RunTrigonometric(int sign, CDSPSignal2D * signal, Kernel kernel)
+bool CDSPTransform2D::RunTrigonometric(int sign, CDSPSignal2D * signal, TrigonometricKernel * kernel)
 {
     if (!IsComplete(signal) || !Prepare(signal->m_Size1, signal->m_Size2,
                                         math::detail::CountsOfTrigonometricAxes(signal->m_Size1, signal->m_Size2)))

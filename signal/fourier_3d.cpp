@@ -131,8 +131,7 @@ bool CDSPTransform3D::RealFFT(int sign, bool isExpanded, CDSPSignal3D * signal)
     return true;
 }
 
-template <typename Kernel>
-bool CDSPTransform3D::RunTrigonometric(int sign, CDSPSignal3D * signal, Kernel kernel)
+bool CDSPTransform3D::RunTrigonometric(int sign, CDSPSignal3D * signal, TrigonometricKernel * kernel)
 {
     if (!IsComplete(signal) || !Prepare(signal->m_Size1, signal->m_Size2, signal->m_Size3,
                                         math::detail::CountsOfTrigonometricAxes(MostRows(*signal), signal->m_Size3)))

@@ -13,6 +13,8 @@ namespace
 
 using Vector = C3DVector3Tpl<double>;
 
+constexpr double k_Tolerance = k_StandardTolerance<double>;
+
 /// v R^-1 S^-1: a translation, seen in the scaled axes of a transformation.
 Vector IntoScaledAxes(Vector const & v, C3DRotation & rotation, Vector const & scaling)
 {
@@ -283,7 +285,7 @@ void C3DTransfo::DifScalingOrientations(C3DTransfo & a, C3DTransfo & b, C3DVecto
     C3DRotation bInverse = Inverse(b.CopyEffectiveScalingOrientation());
     C3DRotation product;
     product.Mul(aOrientation, bInverse);
-    if (targetAngles != nullptr && !product.IsAlmostIdentity(k_StandardTolerance<double>))
+    if (targetAngles != nullptr && !product.IsAlmostIdentity(k_Tolerance))
     {
         product.MulUsingEulerAnglesTarget(aOrientation, bInverse, *targetAngles, E3DROTORDER_XYZ);
     }

@@ -27,8 +27,12 @@ public:
 
     /// Independent copies. Of a signal without a buffer the copy has none either; where memory for one is short, it is
     /// as above.
+    ///@{
     CDSPSignal1D(CDSPSignal1D const & other);
     CDSPSignal1D & operator=(CDSPSignal1D const & other);
+    ///@}
+
+    /// Frees the buffer.
     ~CDSPSignal1D();
 };
 
@@ -48,9 +52,11 @@ public:
 class MATH_API CDSPTransform1D
 {
 public:
+    /// Without tables: the first transform makes them.
     CDSPTransform1D();
     CDSPTransform1D(CDSPTransform1D const & other) = delete;
     CDSPTransform1D & operator=(CDSPTransform1D const & other) = delete;
+    /// Frees the tables.
     ~CDSPTransform1D();
 
     /// X[k] = sum of x[j] exp(+2 pi i j k / N) over the N = size / 2 samples; with exp(-...) for a sign below 0. There
@@ -81,13 +87,17 @@ public:
 private:
     friend class math::detail::TransformTablesInspector;
 
+    /// Allocates the three tables, none for a count of 0, and marks each as empty by a 0 at its start.
+    /// \return whether there was memory for all; otherwise the words above go to the standard error stream, and what
+    /// could be had stays
     bool InitArrays(unsigned int wCount, unsigned int ipCount, unsigned int tCount);
+    /// Makes the tables if this is the first call. \return whether they serve a transform of `size` values
     bool Prepare(CDSPSignal1D const * signal, unsigned int size, math::detail::TableCounts const & counts);
 
-    double * m_Work = nullptr;
-    double * m_Scratch = nullptr;
-    int * m_Index = nullptr;
-    unsigned int m_MaxSize = 0;
-    bool m_Initialized = false;
-    bool m_IsTried = false;
+    double * m_Work = nullptr;    ///< twiddles, then cosines
+    double * m_Scratch = nullptr; ///< of the whole-range transforms, else null
+    int * m_Index = nullptr;      ///< how many of both there are, then the offsets of the bit reversal
+    unsigned int m_MaxSize = 0;   ///< the size of the first transform, which the tables serve
+    bool m_Initialized = false;   ///< whether all tables are there
+    bool m_IsTried = false;       ///< whether they have been asked for, which is done once
 };

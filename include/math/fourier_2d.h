@@ -25,8 +25,12 @@ public:
     CDSPSignal2D(unsigned int size1, unsigned int size2);
 
     /// Independent copies, of what there is and there is memory for.
+    ///@{
     CDSPSignal2D(CDSPSignal2D const & other);
     CDSPSignal2D & operator=(CDSPSignal2D const & other);
+    ///@}
+
+    /// Frees the rows.
     ~CDSPSignal2D();
 };
 
@@ -37,9 +41,11 @@ public:
 class MATH_API CDSPTransform2D
 {
 public:
+    /// Without tables: the first transform makes them.
     CDSPTransform2D();
     CDSPTransform2D(CDSPTransform2D const & other) = delete;
     CDSPTransform2D & operator=(CDSPTransform2D const & other) = delete;
+    /// Frees the tables.
     ~CDSPTransform2D();
 
     /// Rows of n2/2 complex samples. There and back multiplies by n1 n2 / 2.
@@ -61,22 +67,28 @@ public:
 
     /// The cosine and sine transform along both axes, with the same sign. Backward, then half of what stands at index 0
     /// along each axis, then forward multiply by n1 n2 / 4.
+    ///@{
     bool RealDCT(int sign, CDSPSignal2D * signal);
     bool RealDST(int sign, CDSPSignal2D * signal);
+    ///@}
 
 private:
     friend class math::detail::TransformTablesInspector;
 
+    /// Allocates the three tables, none for a count of 0, and marks each as empty by a 0 at its start.
+    /// \return whether there was memory for all; otherwise the words above go to the standard error stream, and what
+    /// could be had stays
     bool InitArrays(unsigned int wCount, unsigned int ipCount, unsigned int tCount);
+    /// Makes the tables if this is the first call. \return whether they serve a transform of these sizes
     bool Prepare(unsigned int size1, unsigned int size2, math::detail::TableCounts const & counts);
-    template <typename Kernel>
-    bool RunTrigonometric(int sign, CDSPSignal2D * signal, Kernel kernel);
+    using TrigonometricKernel = void(int, int, int, double **, double *, int *, double *);
+    bool RunTrigonometric(int sign, CDSPSignal2D * signal, TrigonometricKernel * kernel);
 
-    double * m_Work = nullptr;
-    double * m_Scratch = nullptr;
-    int * m_Index = nullptr;
-    unsigned int m_MaxSize1 = 0;
-    unsigned int m_MaxSize2 = 0;
-    bool m_Initialized = false;
-    bool m_IsTried = false;
+    double * m_Work = nullptr;    ///< twiddles, then cosines
+    double * m_Scratch = nullptr; ///< of the column passes
+    int * m_Index = nullptr;      ///< how many of both there are, then the offsets of the bit reversal
+    unsigned int m_MaxSize1 = 0;  ///< the sizes of the first transform, which the tables serve
+    unsigned int m_MaxSize2 = 0;  ///< see m_MaxSize1
+    bool m_Initialized = false;   ///< whether all tables are there
+    bool m_IsTried = false;       ///< whether they have been asked for, which is done once
 };

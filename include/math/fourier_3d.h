@@ -26,8 +26,12 @@ public:
     CDSPSignal3D(unsigned int size1, unsigned int size2, unsigned int size3);
 
     /// Independent copies, of what there is and there is memory for.
+    ///@{
     CDSPSignal3D(CDSPSignal3D const & other);
     CDSPSignal3D & operator=(CDSPSignal3D const & other);
+    ///@}
+
+    /// Frees the planes and rows.
     ~CDSPSignal3D();
 };
 
@@ -36,9 +40,11 @@ public:
 class MATH_API CDSPTransform3D
 {
 public:
+    /// Without tables: the first transform makes them.
     CDSPTransform3D();
     CDSPTransform3D(CDSPTransform3D const & other) = delete;
     CDSPTransform3D & operator=(CDSPTransform3D const & other) = delete;
+    /// Frees the tables.
     ~CDSPTransform3D();
 
     /// Rows of n3/2 complex samples. There and back multiplies by n1 n2 n3 / 2.
@@ -57,23 +63,29 @@ public:
 
     /// The cosine and sine transform along the three axes, with the same sign. Backward, then half of what stands at
     /// index 0 along each axis, then forward multiply by n1 n2 n3 / 8.
+    ///@{
     bool RealDCT(int sign, CDSPSignal3D * signal);
     bool RealDST(int sign, CDSPSignal3D * signal);
+    ///@}
 
 private:
     friend class math::detail::TransformTablesInspector;
 
+    /// Allocates the three tables, none for a count of 0, and marks each as empty by a 0 at its start.
+    /// \return whether there was memory for all; otherwise the words above go to the standard error stream, and what
+    /// could be had stays
     bool InitArrays(unsigned int wCount, unsigned int ipCount, unsigned int tCount);
+    /// Makes the tables if this is the first call. \return whether they serve a transform of these sizes
     bool Prepare(unsigned int size1, unsigned int size2, unsigned int size3, math::detail::TableCounts const & counts);
-    template <typename Kernel>
-    bool RunTrigonometric(int sign, CDSPSignal3D * signal, Kernel kernel);
+    using TrigonometricKernel = void(int, int, int, int, double ***, double *, int *, double *);
+    bool RunTrigonometric(int sign, CDSPSignal3D * signal, TrigonometricKernel * kernel);
 
-    double * m_Work = nullptr;
-    double * m_Scratch = nullptr;
-    int * m_Index = nullptr;
-    unsigned int m_MaxSize1 = 0;
-    unsigned int m_MaxSize2 = 0;
-    unsigned int m_MaxSize3 = 0;
-    bool m_Initialized = false;
-    bool m_IsTried = false;
+    double * m_Work = nullptr;    ///< twiddles, then cosines
+    double * m_Scratch = nullptr; ///< of the column passes
+    int * m_Index = nullptr;      ///< how many of both there are, then the offsets of the bit reversal
+    unsigned int m_MaxSize1 = 0;  ///< the sizes of the first transform, which the tables serve
+    unsigned int m_MaxSize2 = 0;  ///< see m_MaxSize1
+    unsigned int m_MaxSize3 = 0;  ///< see m_MaxSize1
+    bool m_Initialized = false;   ///< whether all tables are there
+    bool m_IsTried = false;       ///< whether they have been asked for, which is done once
 };
