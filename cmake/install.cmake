@@ -31,3 +31,10 @@ install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATAROOT
     RENAME copyright COMPONENT development)
 install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MATH_DEVELOPMENT_PACKAGE}
     COMPONENT development)
+
+# gdb loads the script that bears the path of a library by itself: here the path that the Debian packages install to.
+set(MATH_GDB_AUTO_LOAD ${CMAKE_INSTALL_DATAROOTDIR}/gdb/auto-load/usr/${CMAKE_INSTALL_LIBDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/debug/gdb/math_printers.py DESTINATION ${MATH_GDB_AUTO_LOAD}
+    RENAME libmath.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/debug/gdb/math_printing DESTINATION ${MATH_GDB_AUTO_LOAD} COMPONENT development
+    FILES_MATCHING PATTERN "*.py" PATTERN "__pycache__" EXCLUDE)

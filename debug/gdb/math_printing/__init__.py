@@ -1,0 +1,1 @@
+"""How the values of the math library read in gdb."""
