@@ -20,6 +20,12 @@ C3DVector3Tpl<T> Combine(T p, C3DVector3Tpl<T> const & a, T q, C3DVector3Tpl<T> 
     return {p * a.X + q * b.X, p * a.Y + q * b.Y, p * a.Z + q * b.Z};
 }
 
+template <typename T>
+bool AgreeExactly(C3DQuatTpl<T> const & a, C3DQuatTpl<T> const & b)
+{
+    return a.W == b.W && a.X == b.X && a.Y == b.Y && a.Z == b.Z;
+}
+
 } // namespace
 
 // --- Screw form ------------------------------------------------------------------------------------------------------
@@ -97,7 +103,8 @@ C3DDualQuatTpl<T> & C3DDualQuatTpl<T>::ScLerp(C3DDualQuatTpl const & a, C3DDualQ
         screw.Negate();
     }
     // The product of a value and its inverse is the identity only up to rounding, which the screw form would blow up.
-    if (screw == a)
+    // Not the operator, to which a NaN is equal to anything.
+    if (AgreeExactly(screw.m_Real, a.m_Real) && AgreeExactly(screw.m_Dual, a.m_Dual))
     {
         screw.SetIdentity();
     }

@@ -46,8 +46,11 @@ public:
 
     /// As the `Set` with the same arguments.
     C3DDualQuatTpl(C3DQuatTpl<T> const & q, C3DVector3Tpl<T> const & t) : m_Real(q) { SetDualOfTranslation(t); }
+
+    /// The two parts as they are.
     C3DDualQuatTpl(C3DQuatTpl<T> const & p, C3DQuatTpl<T> const & d) : m_Real(p), m_Dual(d) {}
 
+    /// No rotation and no translation: P = (1, 0, 0, 0), D = 0.
     C3DDualQuatTpl & SetIdentity()
     {
         m_Real.SetIdentity();
@@ -63,6 +66,7 @@ public:
         return *this;
     }
 
+    /// A copy of all eight components, as construction and assignment make it.
     C3DDualQuatTpl & Set(C3DDualQuatTpl const & other) { return *this = other; }
 
     /// The rotation q, of unit length, then the translation t. A t of no component above 1e-12 in magnitude (1e-6 in
@@ -90,11 +94,13 @@ public:
     /// row 3.
     C3DDualQuatTpl & Set(C3DMatrix44Tpl<T> const & m);
 
+    /// The two parts as they are.
     void Get(C3DQuatTpl<T> & p, C3DQuatTpl<T> & d) const
     {
         p = m_Real;
         d = m_Dual;
     }
+    /// The rotation, which is P, and the translation as GetTranslation gives it, of a unit value.
     void Get(C3DQuatTpl<T> & q, C3DVector3Tpl<T> & t) const
     {
         q = m_Real;
@@ -110,6 +116,7 @@ public:
     /// The matrix for row vectors, of a unit value. It is written whole, the translation in row 3; the mask byte stays.
     void Get(C3DMatrix44Tpl<T> & m) const;
 
+    /// The parts P, which is the rotation of a unit value, and D, valid as long as the object.
     C3DQuatTpl<T> const & GetReal() const { return m_Real; }
     C3DQuatTpl<T> const & GetRotation() const { return m_Real; }
     C3DQuatTpl<T> const & GetDual() const { return m_Dual; }
@@ -142,6 +149,8 @@ public:
 
     /// \name Arithmetic
     ///@{
+
+    /// The sum, component by component.
     C3DDualQuatTpl & Add(C3DDualQuatTpl const & b) { return Add(*this, b); }
     C3DDualQuatTpl & Add(C3DDualQuatTpl const & a, C3DDualQuatTpl const & b)
     {
@@ -150,7 +159,7 @@ public:
         return *this;
     }
 
-    /// a - b in the form with two operands.
+    /// The difference, component by component: a - b in the form with two operands.
     C3DDualQuatTpl & Sub(C3DDualQuatTpl const & b) { return Sub(*this, b); }
     C3DDualQuatTpl & Sub(C3DDualQuatTpl const & a, C3DDualQuatTpl const & b)
     {
@@ -167,6 +176,7 @@ public:
         return *this;
     }
 
+    /// All eight components times a number, which scales the value and not the transformation.
     C3DDualQuatTpl & Mul(T factor) { return Mul(*this, factor); }
     C3DDualQuatTpl & Mul(T factor, C3DDualQuatTpl const & a) { return Mul(a, factor); }
     C3DDualQuatTpl & Mul(C3DDualQuatTpl const & a, T factor)
@@ -229,7 +239,8 @@ public:
 
     /// Screw linear interpolation from a at t = 0 to b, or the same as -b, at t = 1: (b a^-1)^t a by the shorter arc,
     /// at constant speed about and along the screw. t is not clamped, the result is not normalised, and both are taken
-    /// to be of unit length. Where b is a or -a, exactly, the result is a. The target may be b, but not a.
+    /// to be of unit length. Where b is a or -a, exactly, the result is a; a NaN in b is no such agreement and reaches
+    /// the result. The target may be b, but not a.
     ///
     /// Two kinds of operands are better blended with LinearBlend:
     /// - Those that differ by a translation v alone. The way is not linear: the offset at t is |v| t v / 2 and not t v,

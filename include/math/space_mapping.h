@@ -18,7 +18,7 @@ enum tagE3DVECTORTYPE : int
     E3DVECTORTYPE_DIRECTION = 2 ///< directions: rotation alone
 };
 
-/// The matrix out of a space into the world. Another type leaves `out`.
+/// The matrix out of a space into the world, with sign bits that are consistent. Another type leaves `out`.
 MATH_API C3DXfoMatTpl<double> & GetMapSpaceToWorld(tagE3DVECTORTYPE type, C3DTransfo & space,
                                                    C3DXfoMatTpl<double> & out);
 
@@ -32,14 +32,15 @@ MATH_API C3DXfoMatTpl<double> & GetMapWorldToSpace(tagE3DVECTORTYPE type, C3DTra
 MATH_API C3DXfoMatTpl<double> & GetMapSpaceToSpace(tagE3DVECTORTYPE type, C3DTransfo & from, C3DTransfo & to,
                                                    C3DXfoMatTpl<double> & out);
 
-/// A direction out of a space into the world. `in` and `out` may be one vector.
+/// A direction out of a space into the world: `in` times the matrix of r, which is brought up to date. `in` and `out`
+/// may be one vector.
 MATH_API C3DVector3Tpl<double> & MapDirSpaceToWorld(C3DRotation & r, C3DVector3Tpl<double> const & in,
                                                     C3DVector3Tpl<double> & out);
 
-/// A direction from the world into a space. `in` and `out` may be one vector.
+/// A direction from the world into a space: `in` times the transpose of that matrix. `in` and `out` may be one vector.
 MATH_API C3DVector3Tpl<double> & MapDirWorldToSpace(C3DRotation & r, C3DVector3Tpl<double> const & in,
                                                     C3DVector3Tpl<double> & out);
 
-/// A direction from one space into another. `in` and `out` may be one vector.
+/// A direction from one space into another, through the world. `in` and `out` may be one vector.
 MATH_API C3DVector3Tpl<double> & MapDirSpaceToSpace(C3DRotation & from, C3DRotation & to,
                                                     C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out);

@@ -54,15 +54,16 @@ enum tagE3DSCLTYPE : int
 ///
 /// Reading may write a cache, so that getters are not const, operands are non-const references, and an object belongs
 /// to one thread at a time, even for reading. What is known to be the identity carries a flag that spares all work.
+///
+/// Angles are in radians, right-handed. Where memory for a scaling orientation is lacking, an operation goes on as if
+/// there were none.
 class MATH_API C3DTransfo // NOLINT(clang-analyzer-optin.performance.Padding): the order of the fields is a contract.
 {
 public:
-    /// The tag "TRSF" of a saved transformation; the version written; the versions before and from which a scaling
-    /// orientation is part of it.
-    static unsigned long const k_dwTransfo;
-    static unsigned long const k_dwVersion;
-    static unsigned long const k_dwVersion10;
-    static unsigned long const k_dwVersion40;
+    static unsigned long const k_dwTransfo;   ///< the tag "TRSF", least byte first in a stream
+    static unsigned long const k_dwVersion;   ///< the version that is written
+    static unsigned long const k_dwVersion10; ///< the first version, without a scaling orientation
+    static unsigned long const k_dwVersion40; ///< the version from which on a scaling orientation is part of it
 
     /// \name Construction
     ///@{
@@ -77,15 +78,17 @@ public:
     C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & rotation,
                C3DVector3Tpl<double> const & translation);
 
-    /// The second argument is the scaling orientation, not the rotation.
+    /// From a scaling alone, with QN scaling. The second argument is the scaling orientation, not the rotation.
     C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation);
 
+    /// From all components, with QN scaling, as the form without a scaling orientation.
     C3DTransfo(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation,
                C3DRotation const & rotation, C3DVector3Tpl<double> const & translation);
 
     /// An independent copy, of all flags and orders.
     C3DTransfo(C3DTransfo const & source);
 
+    /// Deletes the scaling orientation.
     ~C3DTransfo();
 
     /// A copy byte by byte, the pointer to the scaling orientation included: **where there is one, both objects own it
@@ -99,8 +102,11 @@ public:
     /// \name Setting
     /// What is not named stays as it is, read from the matrix if need be. A rotation is taken into this object's order.
     ///@{
+
+    /// All components but the scaling orientation, which stays.
     void Set(C3DVector3Tpl<double> const & scaling, C3DRotation const & rotation,
              C3DVector3Tpl<double> const & translation);
+    /// All components.
     void Set(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation,
              C3DRotation const & rotation, C3DVector3Tpl<double> const & translation);
 
@@ -128,6 +134,7 @@ public:
     void SetPreserveRotOrderFlag(int on);
     int GetPreserveRotOrderFlag() const;
 
+    /// All components as those of the identity, flagged as such; the order of rotation stays.
     void SetIdentity();
     /// The components of a mask. The identity flag is set for the mask 63 alone.
     void SetIdentity(unsigned char mask);
@@ -140,6 +147,7 @@ public:
     void SetScaling(C3DVector3Tpl<double> const & scaling);
     /// Clears the identity flag unless all three factors are 1.
     void SetScaling(double x, double y, double z);
+    /// The scaling along the axes of a scaling orientation, which is replaced too.
     void SetScaling(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation);
 
     /// As C3DRotation::Set with the same arguments; angles are in the rotation's own order.
@@ -164,7 +172,11 @@ public:
     ///@}
 
     /// \name Reading
+    /// Getters of a component bring all components up to date, except that of the translation, which is read from what
+    /// is up to date. Those of the matrix bring the matrix up to date.
     ///@{
+
+    /// The factors of scale, with their signs.
     void GetScaling(C3DVector3Tpl<double> & scaling);
     void GetScaling(double & x, double & y, double & z);
     /// Leaves the second argument where there is no scaling orientation.
@@ -172,14 +184,18 @@ public:
 
     /// A copy, in this object's order.
     void GetRotation(C3DRotation & rotation);
+    /// The rotation in the form of the argument.
     void GetRotation(C3DQuatTpl<double> & quat);
     void GetRotation(C3DRotMatTpl<double> & mat);
     /// The inner matrix, valid until the next change.
     C3DRotMatTpl<double> const * GetRotation();
+    /// Euler angles in the order that GetXYZRotOrder tells.
     void GetRotation(C3DVector3Tpl<double> & angles);
     void GetRotation(double & x, double & y, double & z);
+    /// The axis and the angle about it.
     void GetRotation(C3DVector3Tpl<double> & axis, double & angle);
 
+    /// The translation. Nothing is brought up to date.
     void GetTranslation(C3DVector3Tpl<double> & translation);
     void GetTranslation(double & x, double & y, double & z);
 
@@ -188,15 +204,19 @@ public:
     /// Its angles in its own order, zeros where there is none.
     void GetScalingOrientation(C3DVector3Tpl<double> & angles);
     void GetScalingOrientation(double & x, double & y, double & z);
+    /// Whether there is a scaling orientation that is not almost the identity.
     bool IsScalingOrientationExisting();
 
+    /// The order of the Euler angles. Nothing is brought up to date.
     tagE3DROTORDER GetXYZRotOrder() const;
 
+    /// A copy of the matrix, its sign bits repaired.
     void GetMatrix(C3DXfoMatTpl<double> & matrix);
     /// The inner matrix, valid until the next change.
     C3DXfoMatTpl<double> const * GetMatrix();
 
-    /// Leaves `inverse` where the matrix is singular.
+    /// The inverse of the matrix, by C3DXfoMatTpl::Invert: the sign bits are those of `inverse`, repaired. Leaves
+    /// `inverse` where the matrix is singular.
     void GetInvMatrix(C3DXfoMatTpl<double> & inverse);
     ///@}
 
@@ -223,17 +243,24 @@ public:
     /// transformation into the space of its parent. The target may be any operand, with one exception told at Mul.
     ///@{
 
-    /// a, then b. Where b is the target and only one of 16 and 32 is in the mask, the inherited part of the translation
+    /// a, then b. By component, what the mask does not name stays as the target holds it, and is called up to date even
+    /// where it was not. By matrix the whole product is formed whatever the mask, unless both are flagged as the
+    /// identity. Where b is the target and only one of 16 and 32 is in the mask, the inherited part of the translation
     /// comes twice, and that of b is lost.
     C3DTransfo & Mul(C3DTransfo & a, C3DTransfo & b, unsigned char mask);
     C3DTransfo & Mul(C3DTransfo & b, unsigned char mask);
 
-    /// a with b taken off, so that `Mul(result, b, mask)` gives a. By component, Euler angles come near those of a
-    /// target, which may be null. Angles are rewritten even where b is the identity.
+    /// a with b taken off, so that `Mul(result, b, mask)` gives a; a singular matrix of b counts as the identity. The
+    /// mask acts as in Mul. By component, Euler angles come near those of a target, which may be null, and where a is
+    /// flagged as the identity and b has no translation, that of the target of the call stays. Angles are rewritten
+    /// even where b is the identity.
     C3DTransfo & Dif(C3DTransfo & a, C3DTransfo & b, unsigned char mask, C3DTransfo * target);
 
+    /// This transformation, told in a space, as it is in the world: `Mul(*this, space, 63)`.
     C3DTransfo & MapSpaceToWorld(C3DTransfo & space);
+    /// This transformation, told in the world, as it is in a space: `Dif(*this, space, 63, nullptr)`.
     C3DTransfo & MapWorldToSpace(C3DTransfo & space);
+    /// From one space into the world, and from there into another.
     C3DTransfo & MapSpaceToSpace(C3DTransfo & from, C3DTransfo & to);
 
     /// The inverse of the matrix, in both modes, so that shear may arise. A singular matrix leaves that of the target.
@@ -267,6 +294,7 @@ public:
     /// spaces the translation is scaled with the rest, without a pivot too.**
     C3DTransfo & AddScaling(C3DVector3Tpl<double> const & s, tagE3DTRANSFOSPACE space, C3DRotation * reference,
                             tagE3DTRANSFOSPACE pivotSpace, C3DVector3Tpl<double> const * pivot, tagE3DSCLTYPE type);
+    /// The pivot as the origin of a transformation, through whose space the translation is moved. `type` is not read.
     C3DTransfo & AddScalingAboutPivotXfo(C3DVector3Tpl<double> const & s, tagE3DTRANSFOSPACE space,
                                          C3DRotation * reference, tagE3DTRANSFOSPACE pivotSpace, C3DTransfo * pivot,
                                          tagE3DSCLTYPE type);
@@ -304,15 +332,15 @@ protected:
 private:
     friend class math::detail::TransformationInspector;
 
-    // The bits of the flags. Value 32 is unused: a copy of the identity keeps it, any other copy takes it over.
-    static constexpr unsigned char k_ComponentsDirty = 1;
-    static constexpr unsigned char k_XfoMatDirty = 2;
-    static constexpr unsigned char k_QNScaling = 4;
-    static constexpr unsigned char k_PreserveRotOrder = 8;
-    static constexpr unsigned char k_DefinitelyIdentity = 16;
-    static constexpr unsigned char k_UnusedFlag = 32;
+    static constexpr unsigned char k_ComponentsDirty = 1;     ///< the matrix is the truth, the components are not read
+    static constexpr unsigned char k_XfoMatDirty = 2;         ///< the components are the truth, the matrix is not read
+    static constexpr unsigned char k_QNScaling = 4;           ///< compose and edit by component
+    static constexpr unsigned char k_PreserveRotOrder = 8;    ///< a copy into this object keeps the order of rotation
+    static constexpr unsigned char k_DefinitelyIdentity = 16; ///< the identity, whatever else is held
+    static constexpr unsigned char k_UnusedFlag = 32; ///< a copy of the identity keeps it, any other copy takes it over
 
     // NOLINTBEGIN(bugprone-reserved-identifier): these names are the package's convention for its cached classes.
+    /// The flags one by one: set where the argument is not 0, else cleared, and read as 0 or 1.
     void _SetComponentsDirty(int dirty) { SetFlag(k_ComponentsDirty, dirty); }
     int _AreComponentsDirty() const { return (m_Flags & k_ComponentsDirty) != 0; }
     void _SetXfoMatDirty(int dirty) { SetFlag(k_XfoMatDirty, dirty); }
@@ -321,6 +349,8 @@ private:
     int _IsQNScaling() const { return (m_Flags & k_QNScaling) != 0; }
     void _SetDefinitelyIdentity(int identity) { SetFlag(k_DefinitelyIdentity, identity); }
     bool _IsDefinitelyIdentity() const { return (m_Flags & k_DefinitelyIdentity) != 0; }
+    /// Makes a scaling orientation, the identity in order XYZ, where there is none, or deletes the one there is.
+    /// Without memory the pointer is null.
     void _AllocateScalingOrientationMatrix(bool wanted);
     // NOLINTEND(bugprone-reserved-identifier)
 
@@ -386,9 +416,9 @@ private:
 
     C3DRotation m_Rotation;
     C3DXfoMatTpl<double> m_XfoMat;
-    tagE3DROTORDER m_XfoRotOrder;
-    C3DVector3Tpl<double> m_Scaling;
+    tagE3DROTORDER m_XfoRotOrder;    ///< the order in which the rotation is read from the matrix
+    C3DVector3Tpl<double> m_Scaling; ///< kept away from zero, unless Interpolate wrote it
     C3DVector3Tpl<double> m_Translation;
-    C3DRotation * m_pScalingOrientation;
+    C3DRotation * m_pScalingOrientation; ///< owned; null where there is none
     unsigned char m_Flags;
 };

@@ -85,6 +85,7 @@ public:
     ///@{
     using Base::Set;
 
+    /// The identity, with no negative axis.
     C3DXfoMatTpl & SetIdentity()
     {
         Base::SetIdentity();
@@ -128,7 +129,7 @@ public:
     }
     C3DXfoMatTpl & SetCol(int c, C3DVector4Tpl<T> const & v) { return SetCol(c, v.X, v.Y, v.Z, v.W); }
 
-    /// Row 3 without its last element; the bits stay.
+    /// Replaces row 3 without its last element, or adds to it; the bits stay.
     C3DXfoMatTpl & SetTranslation(C3DVector3Tpl<T> const & t)
     {
         this->m_Elements[3][0] = t.X;
@@ -144,7 +145,7 @@ public:
         return *this;
     }
 
-    /// The bits stay in place, and come along from another matrix.
+    /// The transpose of all four rows. The bits stay in place, and come along from another matrix.
     C3DXfoMatTpl & Transpose()
     {
         Base::Transpose();
@@ -173,6 +174,7 @@ public:
     /// The determinant of the upper block.
     T GetDet33() const { return this->GetDet(3, 3); }
 
+    /// Row 3 without its last element.
     C3DVector3Tpl<T> & GetTranslation(C3DVector3Tpl<T> & t) const
     {
         return t.Set(this->m_Elements[3][0], this->m_Elements[3][1], this->m_Elements[3][2]);
@@ -238,7 +240,8 @@ public:
     /// rotation.
     C3DXfoMatTpl & SetRotation(C3DRotMatTpl<T> const & r);
 
-    /// Replaces the upper block by a scale followed by a rotation. The bits are the signs of the factors.
+    /// Replaces the upper block by a scale followed by a rotation, whose matrix is brought up to date. The rest of the
+    /// matrix stays. The bits are the signs of the factors and are not repaired, even where the rotation mirrors.
     void SetScalingAndRotation(C3DVector3Tpl<T> const & s, C3DRotation & rotation);
     void SetScalingAndRotation(C3DVector3Tpl<T> const & s, C3DRotation3Tpl<T> const & rotation);
 
@@ -247,10 +250,13 @@ public:
     C3DVector3Tpl<T> & GetScaling(C3DVector3Tpl<T> & s) const;
 
     /// The rotation of a matrix without shear: the rows divided by the scale. A matrix with shear gives rows that are
-    /// not perpendicular, and a null row stays null.
+    /// not perpendicular, and a null row stays null. The classes of rotations take these rows as their `Set` of three
+    /// vectors does.
     C3DRotMatTpl<T> & GetRotation(C3DRotMatTpl<T> & r) const;
     C3DRotation & GetRotation(C3DRotation & r) const;
     C3DRotation3Tpl<T> & GetRotation(C3DRotation3Tpl<T> & r) const;
+
+    /// What GetScaling and GetRotation give, at the cost of one.
     void GetScalingAndRotation(C3DVector3Tpl<T> & s, C3DRotation & r) const;
     void GetScalingAndRotation(C3DVector3Tpl<T> & s, C3DRotation3Tpl<T> & r) const;
 
@@ -270,6 +276,7 @@ private:
     friend class C3DTransfo;
     friend class math::detail::TransformationInspector;
 
+    /// Clears the three bits, or replaces them by those of a byte; the other five stay.
     void ClearSclSignBits() { SetSclSignBits(0); }
     void SetSclSignBits(unsigned char bits)
     {

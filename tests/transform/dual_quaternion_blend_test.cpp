@@ -139,8 +139,8 @@ TYPED_TEST(DualQuaternionBlend, One_value_is_normalised_and_keeps_the_sign_of_it
 {
     using T = TypeParam;
     C3DDualQuatTpl<T> const q = Make<T>({0, 0, -4, 0, 8, 4, 2, 12});
-    EXPECT_TRUE(Blend<T>({q}, {2}) == Make<T>({0, 0, -1, 0, 2, 1, 0, 3}));
-    EXPECT_TRUE(Blend<T>({q}, {-2}) == Make<T>({0, 0, 1, 0, -2, -1, 0, -3}));
+    EXPECT_EQ(MaxDifference(Blend<T>({q}, {2}), Make<T>({0, 0, -1, 0, 2, 1, 0, 3})), 0);
+    EXPECT_EQ(MaxDifference(Blend<T>({q}, {-2}), Make<T>({0, 0, 1, 0, -2, -1, 0, -3})), 0);
     EXPECT_TRUE(Same(Blend<T>({q}, {0}).Normalize(), Blend<T>({q}, {0}))) << "nothing is left to normalise";
 }
 
@@ -151,9 +151,9 @@ TYPED_TEST(DualQuaternionBlend, Weights_of_0_and_1_give_the_second_next_to_the_f
     C3DDualQuatTpl<T> const b = Make<T>({4, 0, 0, 3, 0, 10, 5, 0});
     C3DDualQuatTpl<T> unit = b;
     unit.Normalize();
-    EXPECT_TRUE(Blend<T>({a, b}, {0, 1}) == unit);
-    EXPECT_TRUE(Blend<T>({a, C3DDualQuatTpl<T>(b).Negate()}, {0, 1}) == unit) << "the weight becomes -1";
-    EXPECT_TRUE(Blend<T>({C3DDualQuatTpl<T>(a).Negate(), b}, {0, 1}) == C3DDualQuatTpl<T>(unit).Negate());
+    EXPECT_EQ(MaxDifference(Blend<T>({a, b}, {0, 1}), unit), 0);
+    EXPECT_EQ(MaxDifference(Blend<T>({a, C3DDualQuatTpl<T>(b).Negate()}, {0, 1}), unit), 0) << "the weight becomes -1";
+    EXPECT_EQ(MaxDifference(Blend<T>({C3DDualQuatTpl<T>(a).Negate(), b}, {0, 1}), C3DDualQuatTpl<T>(unit).Negate()), 0);
 }
 
 TYPED_TEST(DualQuaternionBlend, The_sign_is_that_against_the_value_before_as_given)
@@ -179,8 +179,8 @@ TYPED_TEST(DualQuaternionBlend, Perpendicular_values_and_NaNs_in_the_sign_test)
     using T = TypeParam;
     C3DDualQuatTpl<T> const a;
     C3DDualQuatTpl<T> const b = Make<T>({0, 0, 1, 0, 0, 0, 0, 0});
-    EXPECT_TRUE(Blend<T>({a, b}, {0, 1}) == b);
-    EXPECT_TRUE(Blend<T>({b, C3DDualQuatTpl<T>(a).Negate()}, {0, 1}) == Make<T>({-1}));
+    EXPECT_EQ(MaxDifference(Blend<T>({a, b}, {0, 1}), b), 0);
+    EXPECT_EQ(MaxDifference(Blend<T>({b, C3DDualQuatTpl<T>(a).Negate()}, {0, 1}), Make<T>({-1})), 0);
     // A product that is a NaN counts as the other hemisphere; what has a NaN for its length is not normalised.
     C3DDualQuatTpl<T> const nan = Make<T>({k_Nan<T>, 1, 0, 0, 0, 2, 0, 0});
     C3DDualQuatTpl<T> const blend = Blend<T>({nan, Make<T>({0, 1, 0, 0, 0, 3, 0, 0})}, {1, 5});
@@ -344,7 +344,7 @@ TYPED_TEST(DualQuaternionBlend, The_iterative_blend_of_nothing_is_null)
         {
             C3DDualQuatTpl<T> q = First<T>();
             q.IterativeBlend(n, nullptr, nullptr, tol);
-            EXPECT_TRUE(q == Make<T>({}));
+            EXPECT_EQ(MaxDifference(q, Make<T>({})), 0);
             EXPECT_FALSE(std::isnan(q.GetReal().W));
         }
     }

@@ -95,14 +95,14 @@ bool Same(C3DDualQuatTpl<T> const & a, C3DDualQuatTpl<T> const & b)
     return true;
 }
 
-/// The largest difference of two elements; a NaN for a NaN.
-template <typename T>
-double MaxDifference(C3DDualQuatTpl<T> const & a, C3DDualQuatTpl<T> const & b)
+/// The largest difference of two elements; a NaN for a NaN. Equality by operator would take a NaN for any number.
+template <typename T, std::size_t N>
+double MaxDifference(std::array<T, N> const & a, std::array<T, N> const & b)
 {
     double difference = 0;
-    for (std::size_t i = 0; i < 8; ++i)
+    for (std::size_t i = 0; i < N; ++i)
     {
-        double const d = std::abs(static_cast<double>(Elements(a)[i]) - static_cast<double>(Elements(b)[i]));
+        double const d = std::abs(static_cast<double>(a[i]) - static_cast<double>(b[i]));
         difference = d <= difference ? difference : d;
         if (std::isnan(d))
         {
@@ -110,6 +110,16 @@ double MaxDifference(C3DDualQuatTpl<T> const & a, C3DDualQuatTpl<T> const & b)
         }
     }
     return difference;
+}
+template <typename T>
+double MaxDifference(C3DDualQuatTpl<T> const & a, C3DDualQuatTpl<T> const & b)
+{
+    return MaxDifference(Elements(a), Elements(b));
+}
+template <typename T>
+double MaxDifference(C3DVector3Tpl<T> const & a, C3DVector3Tpl<T> const & b)
+{
+    return MaxDifference(std::array<T, 3>{a.X, a.Y, a.Z}, std::array<T, 3>{b.X, b.Y, b.Z});
 }
 
 /// Small whole numbers, whose products are exact.

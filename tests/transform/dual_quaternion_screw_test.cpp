@@ -2,6 +2,8 @@
 
 #include "transform/dual_quaternion_checks.h"
 
+#include <algorithm>
+
 using namespace dual_quaternion_test;
 
 namespace
@@ -65,7 +67,7 @@ TYPED_TEST(DualQuaternionScrew, Set_makes_the_dual_quaternion_of_a_screw)
     T const c = std::cos(T(0.4));
     T const s = std::sin(T(0.4));
     EXPECT_TRUE(AreAlmostEqual(q, Make<T>({c, 0, 0, s, T(-1.5) * s, 2 * s, -5 * s, T(1.5) * c}), T(1e-6)));
-    EXPECT_TRUE(moment == C3DVector3Tpl<T>(2, -5, 0));
+    EXPECT_EQ(MaxDifference(moment, C3DVector3Tpl<T>(2, -5, 0)), 0);
     // An axis is taken as it is.
     q.Set(angle, pitch, C3DVector3Tpl<T>(0, 0, 2), moment);
     EXPECT_TRUE(AreAlmostEqual(q, Make<T>({c, 0, 0, 2 * s, T(-1.5) * s, 2 * s, -5 * s, 3 * c}), T(1e-6)));
@@ -96,14 +98,14 @@ TYPED_TEST(DualQuaternionScrew, Get_by_hand)
     Screw<T> const screw = ScrewOf(Make<T>({0, 0, 2, 0, 3, 4, 5, 6}));
     EXPECT_NEAR(static_cast<double>(screw.angle), k_Pi, 1e-6);
     EXPECT_EQ(screw.pitch, -3);
-    EXPECT_TRUE(screw.axis == C3DVector3Tpl<T>(0, 1, 0));
-    EXPECT_TRUE(screw.moment == C3DVector3Tpl<T>(2, T(2.5), 3));
+    EXPECT_EQ(MaxDifference(screw.axis, C3DVector3Tpl<T>(0, 1, 0)), 0);
+    EXPECT_EQ(MaxDifference(screw.moment, C3DVector3Tpl<T>(2, T(2.5), 3)), 0);
     // With W: the part along the axis goes out of the moment.
     T const w = T(0.5);
     Screw<T> const other = ScrewOf(Make<T>({w, 0, 0, 2, 3, 4, 5, 6}));
     EXPECT_NEAR(static_cast<double>(other.angle), 2 * k_Pi / 3, 1e-6);
     EXPECT_EQ(other.pitch, -3);
-    EXPECT_TRUE(other.moment == C3DVector3Tpl<T>(2, T(2.5), (6 + 3 * w / 2) / 2));
+    EXPECT_EQ(MaxDifference(other.moment, C3DVector3Tpl<T>(2, T(2.5), (6 + 3 * w / 2) / 2)), 0);
 }
 
 TYPED_TEST(DualQuaternionScrew, A_pure_translation_has_half_of_itself_as_its_axis)
@@ -111,13 +113,13 @@ TYPED_TEST(DualQuaternionScrew, A_pure_translation_has_half_of_itself_as_its_axi
     using T = TypeParam;
     Screw<T> const screw = ScrewOf(Translation<T>(6, 0, -8));
     EXPECT_EQ(screw.angle, 0);
-    EXPECT_TRUE(screw.axis == C3DVector3Tpl<T>(3, 0, -4));
+    EXPECT_EQ(MaxDifference(screw.axis, C3DVector3Tpl<T>(3, 0, -4)), 0);
     EXPECT_EQ(screw.pitch, 10);
     EXPECT_TRUE(screw.moment.IsExactlyNull());
     // W of the dual part is not read, and a negative zero in P is a zero.
     Screw<T> const odd = ScrewOf(Make<T>({1, T(-0.0), 0, 0, 7, 3, 0, -4}));
     EXPECT_EQ(odd.pitch, 10);
-    EXPECT_TRUE(odd.axis == screw.axis);
+    EXPECT_EQ(MaxDifference(odd.axis, screw.axis), 0);
     EXPECT_EQ(odd.angle, 0);
 }
 
@@ -175,8 +177,8 @@ TYPED_TEST(DualQuaternionScrew, Log_by_hand)
     EXPECT_EQ(q.GetDual().W, 0);
     // The axis of a pure translation is no unit vector.
     q = Translation<T>(6, 0, -8).Log();
-    EXPECT_TRUE(q == Make<T>({0, 0, 0, 0, 0, 15, 0, -20}));
-    EXPECT_TRUE(C3DDualQuatTpl<T>().Log() == Make<T>({}));
+    EXPECT_EQ(MaxDifference(q, Make<T>({0, 0, 0, 0, 0, 15, 0, -20})), 0);
+    EXPECT_EQ(MaxDifference(C3DDualQuatTpl<T>().Log(), Make<T>({})), 0);
 }
 
 TYPED_TEST(DualQuaternionScrew, Exp_by_hand)
@@ -289,9 +291,30 @@ TYPED_TEST(DualQuaternionScrew, ScLerp_of_a_value_and_itself_or_its_negative_kee
         for (T const t : {T(0), T(0.3), T(1), T(-5)})
         {
             C3DDualQuatTpl<T> q = First<T>();
-            EXPECT_TRUE(q.ScLerp(a, a, t) == a);
-            EXPECT_TRUE(q.ScLerp(a, negative, t) == a);
-            EXPECT_TRUE(q.ScLerp(negative, a, t) == negative);
+            EXPECT_EQ(MaxDifference(q.ScLerp(a, a, t), a), 0);
+            EXPECT_EQ(MaxDifference(q.ScLerp(a, negative, t), a), 0);
+            EXPECT_EQ(MaxDifference(q.ScLerp(negative, a, t), negative), 0);
+        }
+    }
+}
+
+TYPED_TEST(DualQuaternionScrew, ScLerp_takes_no_NaN_for_agreement)
+{
+    // Values with a NaN compare equal to anything, and yet have no screw between them.
+    using T = TypeParam;
+    test_support::Random random(13);
+    C3DDualQuatTpl<T> const a = RandomRigid<T>(random);
+    for (std::size_t i = 0; i < 8; ++i)
+    {
+        std::array<T, 8> numbers = Elements(a);
+        numbers[i] = k_Nan<T>;
+        C3DDualQuatTpl<T> const broken = Make<T>(numbers);
+        ASSERT_TRUE(broken == a);
+        for (C3DDualQuatTpl<T> const & result :
+             {C3DDualQuatTpl<T>().ScLerp(a, broken, T(0.5)), C3DDualQuatTpl<T>().ScLerp(broken, a, T(0.5))})
+        {
+            std::array<T, 8> const e = Elements(result);
+            EXPECT_TRUE(std::any_of(e.begin(), e.end(), [](T number) { return std::isnan(number); })) << i;
         }
     }
 }

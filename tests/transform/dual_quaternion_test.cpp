@@ -114,12 +114,12 @@ TYPED_TEST(DualQuaternion, The_dual_part_is_half_the_translation_times_the_rotat
     C3DVector3Tpl<T> const t(5, 6, 7);
     // (0, 5, 6, 7) (1, 2, 3, 4) = (-56, 8, 0, 10)
     C3DDualQuatTpl<T> const expected = Make<T>({1, 2, 3, 4, -28, 4, 0, 5});
-    EXPECT_TRUE(C3DDualQuatTpl<T>(q, t) == expected);
+    EXPECT_EQ(MaxDifference(C3DDualQuatTpl<T>(q, t), expected), 0);
     C3DDualQuatTpl<T> set = Second<T>();
     EXPECT_EQ(&set.Set(q, t), &set);
-    EXPECT_TRUE(set == expected);
+    EXPECT_EQ(MaxDifference(set, expected), 0);
     set = Make<T>({9, 9, 9, 9, 1, 2, 3, 4});
-    EXPECT_TRUE(set.Set(set.GetDual(), t) == expected) << "the rotation may be a part of the target";
+    EXPECT_EQ(MaxDifference(set.Set(set.GetDual(), t), expected), 0) << "the rotation may be a part of the target";
 }
 
 TYPED_TEST(DualQuaternion, A_translation_up_to_the_limit_counts_as_zero)
@@ -179,8 +179,8 @@ TYPED_TEST(DualQuaternion, GetTranslation_is_twice_the_dual_part_times_the_conju
     C3DQuatTpl<T> q;
     C3DVector3Tpl<T> t2(9, 9, 9);
     First<T>().Get(q, t2);
-    EXPECT_TRUE(t2 == t);
-    EXPECT_TRUE(q == First<T>().GetReal());
+    EXPECT_EQ(MaxDifference(t2, t), 0);
+    EXPECT_TRUE(Same(C3DDualQuatTpl<T>(q, First<T>().GetDual()), First<T>()));
 }
 
 // --- Matrices --------------------------------------------------------------------------------------------------------
@@ -365,20 +365,20 @@ TYPED_TEST(DualQuaternion, Sums_multiples_and_the_negative_go_by_component)
     D const triple = Make<T>({3, 6, -9, 12, 15, -18, 21, 24});
     D target;
     EXPECT_EQ(&target.Add(a, b), &target);
-    EXPECT_TRUE(target == sum);
+    EXPECT_EQ(MaxDifference(target, sum), 0);
     EXPECT_EQ(&target.Sub(a, b), &target);
-    EXPECT_TRUE(target == difference);
-    EXPECT_TRUE(D(a).Add(b) == sum);
-    EXPECT_TRUE(D(a).Sub(b) == difference);
+    EXPECT_EQ(MaxDifference(target, difference), 0);
+    EXPECT_EQ(MaxDifference(D(a).Add(b), sum), 0);
+    EXPECT_EQ(MaxDifference(D(a).Sub(b), difference), 0);
     EXPECT_EQ(&target.Mul(a, T(3)), &target);
-    EXPECT_TRUE(target == triple);
+    EXPECT_EQ(MaxDifference(target, triple), 0);
     EXPECT_EQ(&target.SetNull().Mul(T(3), a), &target);
-    EXPECT_TRUE(target == triple);
+    EXPECT_EQ(MaxDifference(target, triple), 0);
     target = a;
     EXPECT_EQ(&target.Mul(T(3)), &target);
-    EXPECT_TRUE(target == triple);
+    EXPECT_EQ(MaxDifference(target, triple), 0);
     EXPECT_EQ(&target.Negate(), &target);
-    EXPECT_TRUE(target == Make<T>({-3, -6, 9, -12, -15, 18, -21, -24}));
+    EXPECT_EQ(MaxDifference(target, Make<T>({-3, -6, 9, -12, -15, 18, -21, -24})), 0);
 }
 
 TYPED_TEST(DualQuaternion, The_target_of_a_sum_may_be_an_operand)
@@ -388,15 +388,15 @@ TYPED_TEST(DualQuaternion, The_target_of_a_sum_may_be_an_operand)
     D const a = First<T>();
     D const b = Second<T>();
     D target = a;
-    EXPECT_TRUE(target.Add(target, b) == D().Add(a, b));
+    EXPECT_EQ(MaxDifference(target.Add(target, b), D().Add(a, b)), 0);
     target = b;
-    EXPECT_TRUE(target.Add(a, target) == D().Add(a, b));
+    EXPECT_EQ(MaxDifference(target.Add(a, target), D().Add(a, b)), 0);
     target = a;
-    EXPECT_TRUE(target.Add(target) == D().Mul(a, T(2)));
+    EXPECT_EQ(MaxDifference(target.Add(target), D().Mul(a, T(2))), 0);
     target = b;
-    EXPECT_TRUE(target.Sub(a, target) == D().Sub(a, b));
+    EXPECT_EQ(MaxDifference(target.Sub(a, target), D().Sub(a, b)), 0);
     target = a;
-    EXPECT_TRUE(target.Sub(target) == D().SetNull());
+    EXPECT_EQ(MaxDifference(target.Sub(target), D().SetNull()), 0);
 }
 
 TYPED_TEST(DualQuaternion, The_product_in_all_aliases)
@@ -416,16 +416,16 @@ TYPED_TEST(DualQuaternion, The_product_in_all_aliases)
     EXPECT_EQ(real.W, 3);
     D target;
     EXPECT_EQ(&target.Mul(a, b), &target);
-    EXPECT_TRUE(target == product);
+    EXPECT_EQ(MaxDifference(target, product), 0);
     target = a;
-    EXPECT_TRUE(target.Mul(target, b) == product);
+    EXPECT_EQ(MaxDifference(target.Mul(target, b), product), 0);
     target = b;
-    EXPECT_TRUE(target.Mul(a, target) == product);
+    EXPECT_EQ(MaxDifference(target.Mul(a, target), product), 0);
     target = a;
     EXPECT_EQ(&target.Mul(b), &target);
-    EXPECT_TRUE(target == product);
+    EXPECT_EQ(MaxDifference(target, product), 0);
     target = a;
-    EXPECT_TRUE(target.Mul(target) == D().Mul(a, a));
+    EXPECT_EQ(MaxDifference(target.Mul(target), D().Mul(a, a)), 0);
     EXPECT_FALSE(D().Mul(b, a) == product);
 }
 
@@ -436,10 +436,10 @@ TYPED_TEST(DualQuaternion, The_conjugate_negates_both_vectors)
     D const expected = Make<T>({1, -2, 3, -4, 5, 6, -7, -8});
     D target;
     EXPECT_EQ(&target.Conjugate(First<T>()), &target);
-    EXPECT_TRUE(target == expected);
+    EXPECT_EQ(MaxDifference(target, expected), 0);
     target = First<T>();
     EXPECT_EQ(&target.Conjugate(), &target);
-    EXPECT_TRUE(target == expected);
+    EXPECT_EQ(MaxDifference(target, expected), 0);
 }
 
 // --- Normalize and Invert --------------------------------------------------------------------------------------------
@@ -449,7 +449,7 @@ TYPED_TEST(DualQuaternion, Normalize_scales_and_makes_the_dual_part_orthogonal)
     using T = TypeParam;
     C3DDualQuatTpl<T> q = Make<T>({0, 4, 0, 0, 1, 8, 2, 12});
     EXPECT_EQ(&q.Normalize(), &q);
-    EXPECT_TRUE(q == Make<T>({0, 1, 0, 0, T(0.25), 0, T(0.5), 3}));
+    EXPECT_EQ(MaxDifference(q, Make<T>({0, 1, 0, 0, T(0.25), 0, T(0.5), 3})), 0);
 }
 
 TYPED_TEST(DualQuaternion, Normalize_leaves_what_is_too_short)
@@ -516,7 +516,7 @@ TYPED_TEST(DualQuaternion, Normalize_leaves_a_dual_part_within_1e_12_of_orthogon
         C3DDualQuatTpl<T> q = Make<T>({1, 0, 0, 0, sign * within, 3, 4, 5});
         EXPECT_TRUE(Same(C3DDualQuatTpl<T>(q).Normalize(), q));
         q = Make<T>({1, 0, 0, 0, sign * beyond, 3, 4, 5});
-        EXPECT_TRUE(q.Normalize() == Make<T>({1, 0, 0, 0, 0, 3, 4, 5}));
+        EXPECT_EQ(MaxDifference(q.Normalize(), Make<T>({1, 0, 0, 0, 0, 3, 4, 5})), 0);
     }
     C3DDualQuatTpl<T> const nan = Make<T>({1, 0, 0, 0, k_Nan<T>, 3, 4, 5});
     EXPECT_TRUE(Same(C3DDualQuatTpl<T>(nan).Normalize(), nan));
@@ -531,14 +531,14 @@ TYPED_TEST(DualQuaternion, Invert_normalises_and_conjugates)
     D const expected = Make<T>({0, -1, 0, 0, T(0.25), 0, T(-0.5), -3});
     D target = First<T>();
     target.Invert(q);
-    EXPECT_TRUE(target == expected);
+    EXPECT_EQ(MaxDifference(target, expected), 0);
     target = q;
     target.Invert();
-    EXPECT_TRUE(target == expected);
+    EXPECT_EQ(MaxDifference(target, expected), 0);
     target = q;
     target.Invert(target);
-    EXPECT_TRUE(target == expected);
+    EXPECT_EQ(MaxDifference(target, expected), 0);
     // What is too short to be normalised is conjugated all the same.
     target.Invert(Make<T>({0, T(1e-7), 0, 0, 1, 2, 3, 4}));
-    EXPECT_TRUE(target == Make<T>({0, T(-1e-7), 0, 0, 1, -2, -3, -4}));
+    EXPECT_EQ(MaxDifference(target, Make<T>({0, T(-1e-7), 0, 0, 1, -2, -3, -4})), 0);
 }

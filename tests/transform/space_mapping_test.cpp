@@ -37,6 +37,13 @@ Matrix ToWorld(tagE3DVECTORTYPE type, Values const & values)
     return m;
 }
 
+TEST(Space_mapping, The_types_have_their_numbers)
+{
+    EXPECT_EQ(static_cast<int>(E3DVECTORTYPE_FULL), 0);
+    EXPECT_EQ(static_cast<int>(E3DVECTORTYPE_NOSCALE), 1);
+    EXPECT_EQ(static_cast<int>(E3DVECTORTYPE_DIRECTION), 2);
+}
+
 TEST(Space_mapping, Out_of_a_space_holds_what_the_type_names)
 {
     for (Values const & values : {Plain(), Sheared(), OtherSheared()})

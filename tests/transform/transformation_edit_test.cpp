@@ -75,6 +75,14 @@ Rotation TurnOfKind(int kind)
     return kind == 0 ? Turn() : (kind == 1 ? Rotation() : Rotation(Quat(1, 0, 0, 0)));
 }
 
+TEST(Edit, The_spaces_have_their_numbers)
+{
+    EXPECT_EQ(static_cast<int>(E3DTRANSFOSPACE_LOCAL), 0);
+    EXPECT_EQ(static_cast<int>(E3DTRANSFOSPACE_PARENT), 1);
+    EXPECT_EQ(static_cast<int>(E3DTRANSFOSPACE_REFERENCE), 2);
+    EXPECT_EQ(static_cast<int>(E3DSCLTYPE_DEFAULT), 0);
+}
+
 // --- Against the steps -----------------------------------------------------------------------------------------------
 
 TEST(Edit, AddTranslation_follows_the_steps_everywhere)
