@@ -13,8 +13,10 @@ void EnsureTwiddles(int n, int ratio, int * ip, double * w);
 void EnsureCosines(int n, int ratio, int * ip, double * w);
 
 /// The real transform of n values but for the two that stand in one place, after and before the complex one.
+///@{
 void DSPRealForwardPost(int n, double * a, int nc, double const * c);
 void DSPRealBackwardPre(int n, double * a, int nc, double const * c);
+///@}
 
 /// The two passes by operations of one width.
 struct RealPasses
@@ -30,8 +32,10 @@ RealPasses RealPassesByOne();
 RealPasses RealPassesByTwo();
 
 /// The turn of pairs of values that makes a cosine or sine transform of a real one.
+///@{
 void DSPCosinePhase(int n, double * a, int nc, double const * c);
 void DSPSinePhase(int n, double * a, int nc, double const * c);
+///@}
 
 /// The complex transform of n values and the pass behind it, or the pass before it; nothing below 4 values.
 void TransformForward(int n, double * a, int const * ip, double const * w);

@@ -39,7 +39,9 @@ public:
     /// As `Set` with the same arguments; what that leaves is 0.
     C3DColor4f(float c1, float c2, float c3, float a, E3DColorType type);
 
+    /// Black without alpha.
     C3DColor4f & SetNull();
+    /// Stores the four components as they are.
     C3DColor4f & Set(float r, float g, float b, float a);
 
     /// \param c1,c2,c3 by `type`
@@ -51,6 +53,8 @@ public:
     /// model (a highest component of 0). **A grey in the lightness model is not among them.**
     C3DColor4f & Set(float c1, float c2, float c3, float a, E3DColorType type);
 
+    /// References to a component.
+    ///@{
     float & R();
     float const & R() const;
     float & G();
@@ -59,6 +63,7 @@ public:
     float const & B() const;
     float & A();
     float const & A() const;
+    ///@}
 
     /// Store a component and give a reference to it.
     ///@{
@@ -68,13 +73,14 @@ public:
     float & SetA(float a);
     ///@}
 
-    /// The four components.
+    /// The four components as an array, valid as long as the colour is.
     ///@{
     float * RGBA();
     float const * RGBA() const;
     operator float *(); // NOLINT(google-explicit-constructor): colours pass where four numbers are wanted
     ///@}
 
+    /// The four components. The outputs may be components of the colour.
     void GetAsRGBA(float & r, float & g, float & b, float & a) const;
     ///@}
 
@@ -84,8 +90,12 @@ public:
     /// where the greatest and the smallest component sum to 0 or to 2. A hue just below a whole turn rounds to 1. The
     /// outputs may be components of the colour.
     ///@{
+
+    /// Hue, saturation and value; alpha as it is.
     void GetAsHSVA(float & h, float & s, float & v, float & a) const;
+    /// Hue, lightness and saturation; alpha as it is.
     void GetAsHLSA(float & h, float & l, float & s, float & a) const;
+    /// The hue of the value model.
     float H() const;
     /// The mean of the greatest and the smallest component.
     float L() const;
@@ -117,16 +127,20 @@ public:
     /// 1 where the magnitude of all four components is at most `eps`, else 0, for a NaN too.
     int IsNull(float eps) const;
 
-    /// Exact comparison of all four.
+    /// Exact comparison of all four. A NaN differs from itself.
+    ///@{
     bool operator==(C3DColor4f const & other) const;
     bool operator!=(C3DColor4f const & other) const;
+    ///@}
 
     /// The mean of red, green and blue.
     float Brightness() const;
+    /// The same times alpha.
     float BrightnessWithAlpha() const;
 
     /// Red, green and blue weighted as the eye does: 0.3, 0.59, 0.11.
     float Grayscale() const;
+    /// The same times alpha.
     float GrayscaleWithAlpha() const;
     ///@}
 
@@ -143,8 +157,13 @@ public:
 private:
     friend class math::detail::ColorInspector;
 
+    /// The floor, by truncation: just above -1, -2, -4 and so on, where x - 1 rounds, one below it. What no `long` can
+    /// hold, and a NaN, is the least one.
     long RoundDown(float x) const;
+    /// The smallest and the greatest of red, green and blue. A comparison with a NaN takes its second operand for the
+    /// greater.
     void MinMax(float & min, float & max) const;
+    /// The hue of a colour that is no grey, from what MinMax gives.
     float HueOf(float min, float max) const;
     void SetFromHSV(float h, float s, float v);
     void SetFromHLS(float h, float l, float s);

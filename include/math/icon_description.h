@@ -12,23 +12,28 @@ class IStream;
 class MATH_API C3DIconDescription
 {
 public:
+    /// The kinds, with the names that users read.
     enum E3DIconType : int
     {
-        E3DICONTYPE_NONE = 0,
-        E3DICONTYPE_NULL = 1,
-        E3DICONTYPE_BOX = 2,
-        E3DICONTYPE_SPHERE = 3,
-        E3DICONTYPE_SQUARE = 4,
-        E3DICONTYPE_CIRCLE = 5,
-        E3DICONTYPE_BONE = 6,
-        E3DICONTYPE_CUSTOM = 7
+        E3DICONTYPE_NONE = 0,   ///< no icon, "None"
+        E3DICONTYPE_NULL = 1,   ///< "Null"
+        E3DICONTYPE_BOX = 2,    ///< "Box"
+        E3DICONTYPE_SPHERE = 3, ///< "Sphere"
+        E3DICONTYPE_SQUARE = 4, ///< "Square"
+        E3DICONTYPE_CIRCLE = 5, ///< "Circle"
+        E3DICONTYPE_BONE = 6,   ///< "Bone"
+        E3DICONTYPE_CUSTOM = 7  ///< "Custom"
     };
 
     /// None.
     C3DIconDescription();
+
+    /// Copy the whole type, a value that names no icon too.
+    ///@{
     C3DIconDescription(C3DIconDescription const & other);
     C3DIconDescription & operator=(C3DIconDescription const & other);
     void Set(C3DIconDescription const & other);
+    ///@}
 
     /// Whether the types are the same. The tolerance plays no part.
     ///@{
@@ -36,8 +41,11 @@ public:
     bool IsAlmostEqual(C3DIconDescription const & other, float epsilon) const;
     ///@}
 
+    /// The type, any value of 32 bits.
+    ///@{
     E3DIconType GetIconType() const;
     void SetIconType(E3DIconType type);
+    ///@}
 
     /// The name that users read; empty for a value that names no icon.
     ///@{

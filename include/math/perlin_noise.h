@@ -43,8 +43,11 @@ public:
     /// changes it for all, while the others go on to hold their old seed: Init with that one leaves the tables as they
     /// are. What the left side of an assignment held is not freed. Where memory is short, the allocator's exception is
     /// thrown and the left side is as it was.
+    ///@{
     C3DPerlinNoise(C3DPerlinNoise const & other);
     C3DPerlinNoise & operator=(C3DPerlinNoise const & other);
+    ///@}
+
     /// Leaves the tables allocated.
     ~C3DPerlinNoise();
 
@@ -68,10 +71,17 @@ private:
     /// The blend of two gradients of four dimensions, by the codes of their components: of a and b it is
     /// 3 (a + 1) + (b + 1).
     using HashHashTable = int[1024][5];
-    static HashHashTable grad4hashhash;
-    static bool grad4hashhashinited;
 
+    /// Row 32 a + b is for the rows a and b of grad4: the codes of their four components, and the code that belongs to
+    /// the last component of b with a 0 before it and its sign turned, which is what t - 1 in the second corner adds.
+    static HashHashTable grad4hashhash;
+    static bool grad4hashhashinited; ///< whether the rows of grad4hashhash are there
+
+    /// Fills grad4hashhash, once for all objects, on whatever thread is the first to construct one.
     static void InitHashHash();
+
+    /// What Init does. The permutation is 0 to 255, in which each place from the first on is exchanged with the one
+    /// that a step of F3DQuickRand, begun at the seed, gives as a fraction of 256.
     void GenerateP(unsigned long slot, unsigned long seed);
 
     /// 6 t^5 - 15 t^4 + 10 t^3: from 0 to 1, with first and second derivatives 0 at both ends.
@@ -85,14 +95,19 @@ private:
 
     /// \name The product of a gradient, chosen by a hash, with an offset
     ///@{
+
+    /// -x for an even h, x for an odd one.
     static double grad(int h, double x);
+    /// By the two low bits of h: x + y, y - x, -x - y, x - y.
     static double grad(int h, double x, double y);
+    /// By the four low bits of h a sum of two coordinates, each with a sign: x and y for 0 to 3, 12 and 13, x and z for
+    /// 4 to 7, y and z for the others. Bit 1 turns the sign of the first of them, bit 2 that of the second.
     static double grad(int h, double x, double y, double z);
     /// By row h of grad4, 0 to 31. Alone of the four it does not mask h.
     static double grad(int h, double x, double y, double z, double t);
     ///@}
 
-    /// \name The product of the first two, three or four values of an array with an offset
+    /// The product of the first two, three or four values of an array with an offset.
     ///@{
     static double Dot(double const * g, double x, double y);
     static double Dot(double const * g, double x, double y, double z);
@@ -121,8 +136,8 @@ private:
     int * GetHashHashTable(unsigned long slot) const;
     ///@}
 
-    std::vector<unsigned long> m_Seeds;
-    std::vector<int *> m_PTables;
-    std::vector<int *> m_HashHashTables;
-    std::vector<int *> m_P31Tables;
+    std::vector<unsigned long> m_Seeds;  ///< by slot, as all four: the seed of the tables; 0 without tables
+    std::vector<int *> m_PTables;        ///< P, a permutation of 0 to 255, twice over, as all tables; or null
+    std::vector<int *> m_HashHashTables; ///< 32 P31[i] + P31[i + 1]
+    std::vector<int *> m_P31Tables;      ///< the low five bits of P
 };

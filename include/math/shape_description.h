@@ -13,32 +13,34 @@ class IStream;
 class MATH_API C3DShapeDescription
 {
 public:
-    /// Values with the bit 128 are not trivial.
+    /// The kinds, with the names that users read. Values with the bit 128 are not trivial.
     enum E3DShapeType : unsigned char
     {
-        E3DSHAPETYPE_POINT = 0,
-        E3DSHAPETYPE_SEGMENT = 1,
-        E3DSHAPETYPE_DISC = 2,
-        E3DSHAPETYPE_RECTANGLE = 3,
-        E3DSHAPETYPE_SPHERE = 4,
-        E3DSHAPETYPE_BOX = 5,
-        E3DSHAPETYPE_CYLINDER = 6,
-        E3DSHAPETYPE_CAPSULE = 7,
-        E3DSHAPETYPE_CONE = 8,
-        E3DSHAPETYPE_BLOB = 9,
-        E3DSHAPETYPE_INSTANCE = 128,
-        E3DSHAPETYPE_REFERENCE = 129
+        E3DSHAPETYPE_POINT = 0,      ///< "Point"
+        E3DSHAPETYPE_SEGMENT = 1,    ///< "Segment"
+        E3DSHAPETYPE_DISC = 2,       ///< "Disc"
+        E3DSHAPETYPE_RECTANGLE = 3,  ///< "Rectangle"
+        E3DSHAPETYPE_SPHERE = 4,     ///< "Sphere"
+        E3DSHAPETYPE_BOX = 5,        ///< "Box"
+        E3DSHAPETYPE_CYLINDER = 6,   ///< "Cylinder"
+        E3DSHAPETYPE_CAPSULE = 7,    ///< "Capsule"
+        E3DSHAPETYPE_CONE = 8,       ///< "Cone"
+        E3DSHAPETYPE_BLOB = 9,       ///< "Blob"
+        E3DSHAPETYPE_INSTANCE = 128, ///< "Instance": the shape of another object
+        E3DSHAPETYPE_REFERENCE = 129 ///< "Reference": another object, with a flag
     };
 
+    /// What an instance has.
     struct S3DShapeParameters_Instance
     {
         std::uint32_t identifier; ///< of the object that the shape is an instance of
     };
 
+    /// What a reference has.
     struct S3DShapeParameters_Reference
     {
         std::uint32_t identifier; ///< of the object referred to
-        bool flag;
+        bool flag;                ///< the application's, kept and compared with the identifier
     };
 
     /// The size, in `wchar_t`, of a buffer for the name of a type.
@@ -64,11 +66,14 @@ public:
 
     /// Whether the type has no link, true of the values 0 to 127.
     bool IsTrivial() const;
+    /// The type byte, any of its values.
     E3DShapeType GetType() const;
 
-    /// Sets the type alone.
+    /// Sets the type alone; the parameters stay as they are. The type is not checked.
     void SetAsTrivial(E3DShapeType type);
+    /// An instance of the object with this identifier, whose low 32 bits are kept. The flag stays.
     void SetAsInstance(unsigned long id);
+    /// A reference to the object with this identifier, whose low 32 bits are kept.
     void SetAsReference(unsigned long id, bool flag);
 
     /// The parameters, whatever the type: the identifier of both stands in one place.

@@ -134,6 +134,21 @@ TEST(MemoryStream, Seeks_from_each_origin)
     EXPECT_EQ(GetPosition(*stream), 10U);
 }
 
+TEST(MemoryStream, Origins_are_0_the_start_1_the_position_and_2_the_end)
+{
+    auto const stream = MakeMemoryStream(Bytes(10));
+    unsigned long long position = 0;
+    EXPECT_EQ(stream->Seek(4, 0, &position), S_OK);
+    EXPECT_EQ(position, 4U);
+    EXPECT_EQ(stream->Seek(3, 1, &position), S_OK);
+    EXPECT_EQ(position, 7U);
+    EXPECT_EQ(stream->Seek(-1, 2, &position), S_OK);
+    EXPECT_EQ(position, 9U);
+    EXPECT_EQ(STREAM_SEEK_SET, 0U);
+    EXPECT_EQ(STREAM_SEEK_CUR, 1U);
+    EXPECT_EQ(STREAM_SEEK_END, 2U);
+}
+
 TEST(MemoryStream, A_refused_seek_keeps_the_position)
 {
     auto const stream = MakeMemoryStream(Bytes(10));

@@ -2,6 +2,8 @@
 
 #include "math/platform/result.h"
 
+#include "support/virtual_slots.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -63,6 +65,16 @@ TEST(Pose, Operations_reach_the_application)
     EXPECT_EQ(pose.called, 4);
     EXPECT_EQ(interface.GetGlobalScaling(vector), E_FAIL);
     EXPECT_EQ(pose.called, 5);
+}
+
+TEST(Pose, Operations_stand_in_the_order_that_applications_implement)
+{
+    using test_support::SlotOf;
+    EXPECT_EQ(SlotOf(&I3DPose_QN::GetGlobalTransfo), 0U);
+    EXPECT_EQ(SlotOf(&I3DPose_QN::GetGlobalMatrix), 1U);
+    EXPECT_EQ(SlotOf(&I3DPose_QN::GetRelativeTransfo), 2U);
+    EXPECT_EQ(SlotOf(&I3DPose_QN::GetGlobalPosition), 3U);
+    EXPECT_EQ(SlotOf(&I3DPose_QN::GetGlobalScaling), 4U);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <functional>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace
@@ -375,6 +376,60 @@ TEST(StreamHelper, GetPos_passes_on_a_failure)
     unsigned long position = 42;
     EXPECT_EQ(helper.GetPos(&position), foreign_failure);
     EXPECT_EQ(position, 42U);
+}
+
+/// Answers every operation with its number.
+class NumberingHelper final : public CKVStreamHelper
+{
+public:
+    NumberingHelper() : CKVStreamHelper(nullptr) {}
+
+    long PutUInt8(unsigned char /*value*/) override { return 1; }
+    long GetUInt8(unsigned char * /*value*/) override { return 2; }
+    long PutInt8(char /*value*/) override { return 3; }
+    long GetInt8(char * /*value*/) override { return 4; }
+    long PutBool(int /*value*/) override { return 5; }
+    long PutBool(bool /*value*/) override { return 6; }
+    long GetBool(int * /*value*/) override { return 7; }
+    long PutFloat(float /*value*/) override { return 8; }
+    long GetFloat(float * /*value*/) override { return 9; }
+    long PutDouble(double /*value*/) override { return 10; }
+    long GetDouble(double * /*value*/) override { return 11; }
+    long PutByteArray(char const * /*bytes*/, unsigned long /*count*/) override { return 12; }
+    long GetByteArray(char * /*bytes*/, unsigned long /*count*/) override { return 13; }
+    long GetPos(unsigned long * /*position*/) override { return 14; }
+    long MovePos(STMHELPERDIR /*direction*/, unsigned long /*distance*/) override { return 15; }
+    long ChunkWriteOpen(unsigned long /*tag*/, unsigned long /*version*/) override { return 16; }
+    long ChunkWriteClose() override { return 17; }
+    long ChunkReadOpen(unsigned long /*tag*/, unsigned long * /*version*/) override { return 18; }
+    long ChunkReadClose() override { return 19; }
+};
+
+static_assert(std::has_virtual_destructor_v<CKVStreamHelper>);
+
+TEST(StreamHelper, Every_operation_is_virtual)
+{
+    NumberingHelper numbering;
+    CKVStreamHelper & helper = numbering;
+    EXPECT_EQ(helper.PutUInt8(1), 1);
+    EXPECT_EQ(helper.GetUInt8(nullptr), 2);
+    EXPECT_EQ(helper.PutInt8(1), 3);
+    EXPECT_EQ(helper.GetInt8(nullptr), 4);
+    EXPECT_EQ(helper.PutBool(1), 5);
+    EXPECT_EQ(helper.PutBool(true), 6);
+    EXPECT_EQ(helper.GetBool(nullptr), 7);
+    EXPECT_EQ(helper.PutFloat(1), 8);
+    EXPECT_EQ(helper.GetFloat(nullptr), 9);
+    EXPECT_EQ(helper.PutDouble(1), 10);
+    EXPECT_EQ(helper.GetDouble(nullptr), 11);
+    EXPECT_EQ(helper.PutByteArray(nullptr, 1), 12);
+    EXPECT_EQ(helper.GetByteArray(nullptr, 1), 13);
+    EXPECT_EQ(helper.GetPos(nullptr), 14);
+    EXPECT_EQ(helper.MovePos(STMHELPERDIR_BACK, 1), 15);
+    EXPECT_EQ(helper.ChunkWriteOpen(1, 1), 16);
+    EXPECT_EQ(helper.ChunkWriteClose(), 17);
+    EXPECT_EQ(helper.ChunkReadOpen(1, nullptr), 18);
+    EXPECT_EQ(helper.ChunkReadClose(), 19);
 }
 
 TEST(StreamHelper, Directions_are_0_forward_and_1_back)

@@ -2,6 +2,8 @@
 
 #include "math/platform/stream.h"
 
+#include "support/virtual_slots.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -41,6 +43,22 @@ TEST(Guid, Root_interface_has_the_well_known_identifier)
 {
     EXPECT_TRUE((IID_IUnknown == _GUID{0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}}));
     EXPECT_FALSE(IID_IUnknown == IID_IStream);
+}
+
+TEST(Guid, Stream_interface_has_the_well_known_identifier)
+{
+    EXPECT_TRUE((IID_IStream == _GUID{0xC, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}}));
+}
+
+TEST(Unknown, Operations_of_interfaces_stand_in_their_order)
+{
+    using test_support::SlotOf;
+    EXPECT_EQ(SlotOf(&IUnknown::QueryInterface), 0U);
+    EXPECT_EQ(SlotOf(&IUnknown::AddRef), 1U);
+    EXPECT_EQ(SlotOf(&IUnknown::Release), 2U);
+    EXPECT_EQ(SlotOf(&IStream::Read), 3U);
+    EXPECT_EQ(SlotOf(&IStream::Write), 4U);
+    EXPECT_EQ(SlotOf(&IStream::Seek), 5U);
 }
 
 } // namespace

@@ -189,6 +189,14 @@ TEST(Transform1DNew, Has_no_tables)
     EXPECT_FALSE(tables.IsInitialized());
 }
 
+TEST(Transform1DNew, Has_its_tables_its_size_and_its_flag_in_this_order)
+{
+    CDSPTransform1D const transform;
+    constexpr std::ptrdiff_t pointer = sizeof(void *);
+    EXPECT_EQ(TransformTablesInspector(transform).Offsets(1),
+              (std::vector<std::ptrdiff_t>{0, pointer, 2 * pointer, 3 * pointer, 3 * pointer + 4}));
+}
+
 TEST(Transform1DSine, Works_on_as_many_values_as_the_first_signal_had)
 {
     Random random(87);

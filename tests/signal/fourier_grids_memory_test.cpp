@@ -368,6 +368,22 @@ TYPED_TEST(FourierGridMemory, A_signal_without_all_of_its_rows_is_refused_and_le
     }
 }
 
+TEST(FourierGridMemory2D, Has_its_tables_its_sizes_and_its_flag_in_this_order)
+{
+    CDSPTransform2D const transform;
+    constexpr std::ptrdiff_t sizes = 3 * sizeof(void *);
+    EXPECT_EQ(TransformTablesInspector(transform).Offsets(2),
+              (std::vector<std::ptrdiff_t>{0, sizes / 3, sizes * 2 / 3, sizes, sizes + 4, sizes + 8}));
+}
+
+TEST(FourierGridMemory3D, Has_its_tables_its_sizes_and_its_flag_in_this_order)
+{
+    CDSPTransform3D const transform;
+    constexpr std::ptrdiff_t sizes = 3 * sizeof(void *);
+    EXPECT_EQ(TransformTablesInspector(transform).Offsets(3),
+              (std::vector<std::ptrdiff_t>{0, sizes / 3, sizes * 2 / 3, sizes, sizes + 4, sizes + 8, sizes + 12}));
+}
+
 TEST(FourierGridMemory2D, Made_for_8_x_16_refuses_16_x_16_and_serves_4_x_8)
 {
     CDSPTransform2D object;

@@ -128,6 +128,19 @@ TEST(PerlinNoise, Has_no_slot_and_allocates_nothing_at_first)
     ExpectSlotCount(*noise, 0);
 }
 
+TEST(PerlinNoise, Has_its_four_arrays_in_order_and_nothing_else)
+{
+    C3DPerlinNoise const noise;
+    auto const offset = [&noise](void const * field)
+    { return static_cast<char const *>(field) - reinterpret_cast<char const *>(&noise); };
+    constexpr std::ptrdiff_t array = sizeof(std::vector<int *>);
+    EXPECT_EQ(offset(&NoiseInspector::Seeds(noise)), 0);
+    EXPECT_EQ(offset(&NoiseInspector::PTables(noise)), array);
+    EXPECT_EQ(offset(&NoiseInspector::HashHashTables(noise)), 2 * array);
+    EXPECT_EQ(offset(&NoiseInspector::P31Tables(noise)), 3 * array);
+    EXPECT_EQ(sizeof noise, static_cast<std::size_t>(4 * array));
+}
+
 TEST(PerlinNoise, Tables_follow_the_shuffle_of_the_seed)
 {
     for (unsigned long seed : {0x1UL, 0x2UL, 0x3039UL, 0x7FFFFFFFUL, 0x80000000UL, 0x80000001UL, 0xDEADBEEFUL,

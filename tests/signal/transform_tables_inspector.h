@@ -5,6 +5,8 @@
 #include "math/fourier_3d.h"
 
 #include <array>
+#include <cstddef>
+#include <vector>
 
 namespace math::detail
 {
@@ -15,8 +17,8 @@ class TransformTablesInspector
 public:
     template <typename TransformObject>
     explicit TransformTablesInspector(TransformObject const & object)
-        : m_Work(object.m_Work), m_Scratch(object.m_Scratch), m_Index(object.m_Index), m_MaxSizes(MaxSizesOf(object)),
-          m_IsInitialized(object.m_Initialized)
+        : m_Object(&object), m_Work(object.m_Work), m_Scratch(object.m_Scratch), m_Index(object.m_Index),
+          m_MaxSizes(MaxSizesOf(object)), m_IsInitialized(object.m_Initialized)
     {
     }
 
@@ -25,6 +27,20 @@ public:
     int const * Index() const { return m_Index; }
     unsigned int MaxSize(std::size_t axis = 0) const { return *m_MaxSizes[axis]; }
     bool IsInitialized() const { return m_IsInitialized; }
+
+    /// Where the fields stand in the object: the tables, the sizes of as many axes, the flag.
+    std::vector<std::ptrdiff_t> Offsets(std::size_t axisCount) const
+    {
+        std::vector<void const *> places{&m_Work, &m_Scratch, &m_Index};
+        places.insert(places.end(), m_MaxSizes.begin(), m_MaxSizes.begin() + static_cast<std::ptrdiff_t>(axisCount));
+        places.push_back(&m_IsInitialized);
+        std::vector<std::ptrdiff_t> offsets;
+        for (void const * const place : places)
+        {
+            offsets.push_back(static_cast<char const *>(place) - static_cast<char const *>(m_Object));
+        }
+        return offsets;
+    }
 
 private:
     using Sizes = std::array<unsigned int const *, 3>;
@@ -36,6 +52,7 @@ private:
         return {&object.m_MaxSize1, &object.m_MaxSize2, &object.m_MaxSize3};
     }
 
+    void const * m_Object;
     double * const & m_Work;
     double * const & m_Scratch;
     int * const & m_Index;

@@ -15,9 +15,8 @@
 /// - `Read` at or near the end gives what there is and returns `S_FALSE`.
 /// - `Seek` beyond the end is allowed: nothing can be read there, and a `Write` there fills the gap with zeros.
 ///   A position before the start or above the largest `long long`, and an unknown origin, give `E_INVALIDARG`.
-/// - `Write` is all or nothing: `E_OUTOFMEMORY` leaves bytes and position as they were. Its source may lie in the
-/// stream's
-///   own bytes.
+/// - `Write` is all or nothing: `E_OUTOFMEMORY` leaves bytes and position as they were. Its source may lie among the
+///   bytes of the stream.
 /// - A null buffer gives `E_POINTER`, unless the count is 0.
 class MATH_API CMemoryStream final : public math::detail::CountedStream
 {

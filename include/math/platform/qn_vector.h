@@ -8,9 +8,9 @@
 /// Three 32-bit floats and nothing else.
 struct QN_Vector
 {
-    float X;
-    float Y;
-    float Z;
+    float X; ///< The first component.
+    float Y; ///< The second component.
+    float Z; ///< The third component.
 };
 
 static_assert(sizeof(QN_Vector) == 3 * sizeof(float) && sizeof(float) == 4);

@@ -53,13 +53,19 @@ public:
     /// chunk; one still open for reading leaves the position where it stands.
     virtual ~CKVStreamHelper();
 
+    /// Writes one byte, 0 to 255.
     virtual long PutUInt8(unsigned char value);
+    /// Reads one byte, 0 to 255.
     virtual long GetUInt8(unsigned char * value);
+
+    /// Writes one byte, by its bits: the stream does not tell whether a `char` has a sign.
     virtual long PutInt8(char value);
+    /// Reads one byte, by its bits.
     virtual long GetInt8(char * value);
 
     /// Writes the byte 1 for any value but 0.
     virtual long PutBool(int value);
+    /// Writes the byte 1 or 0, so that a reader need not know which form wrote it.
     virtual long PutBool(bool value);
     /// Gives 1 for any byte but 0.
     virtual long GetBool(int * value);
@@ -67,16 +73,25 @@ public:
     /// \name IEEE 754 numbers
     /// Every bit pattern survives, those of NaNs and of negative zero included.
     /// \{
+
+    /// Writes four bytes.
     virtual long PutFloat(float value);
+    /// Reads four bytes.
     virtual long GetFloat(float * value);
+    /// Writes eight bytes.
     virtual long PutDouble(double value);
+    /// Reads eight bytes.
     virtual long GetDouble(double * value);
     /// \}
 
     /// \name Raw bytes
     /// No length is stored. A count of 0 does nothing, and allows a null pointer.
     /// \{
+
+    /// Writes `count` bytes by one `IStream::Write`.
     virtual long PutByteArray(char const * bytes, unsigned long count);
+    /// Reads `count` bytes: all of them, or none reaches `bytes`. More than the stream, or the chunk being read, still
+    /// holds are refused with `E_FAIL`; where there is no memory to read so many at once, with `E_OUTOFMEMORY`.
     virtual long GetByteArray(char * bytes, unsigned long count);
     /// \}
 

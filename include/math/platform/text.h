@@ -10,9 +10,10 @@
 /// Converts wide text to narrow text, which is UTF-8.
 ///
 /// Where `wchar_t` has 2 bytes the source is UTF-16, otherwise it is UTF-32. What is no character there (a lone
-/// surrogate, a value above 0x10FFFF) becomes U+FFFD. \param source text that ends with a zero \param destination
-/// receives the text with its closing zero: `math::detail::GetNarrowSize(source)` bytes \return 1; 0 when either is
-/// null, with nothing written
+/// surrogate, a value above 0x10FFFF) becomes U+FFFD.
+/// \param source text that ends with a zero
+/// \param destination receives the text with its closing zero: `math::detail::GetNarrowSize(source)` bytes
+/// \return 1; 0 when either is null, with nothing written
 MATH_API int CharToOemW(wchar_t const * source, char * destination);
 
 namespace math::detail

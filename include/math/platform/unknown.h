@@ -12,11 +12,12 @@
 /// sixteen bytes are.
 struct _GUID // NOLINT(bugprone-reserved-identifier): the name is the platform's
 {
-    std::uint32_t Data1;
-    std::uint16_t Data2;
-    std::uint16_t Data3;
-    std::uint8_t Data4[8];
+    std::uint32_t Data1;   ///< The first four bytes.
+    std::uint16_t Data2;   ///< Bytes 4 and 5.
+    std::uint16_t Data3;   ///< Bytes 6 and 7.
+    std::uint8_t Data4[8]; ///< The last eight bytes.
 
+    /// True when all sixteen bytes agree.
     friend constexpr bool operator==(_GUID const & a, _GUID const & b) = default;
 };
 
