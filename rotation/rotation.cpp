@@ -147,12 +147,10 @@ void C3DRotation::UpdateXYZAngles()
     _SetAnglesDirty(0);
 }
 
-void C3DRotation::FreshenAngle()
+double C3DRotation::AngleOfFreshQuat() const
 {
-    if (std::isnan(m_Angle))
-    {
-        m_Angle = 2 * std::acos(m_Quat.W);
-    }
+    // The result is not kept: reading a fresh form writes nothing, so that threads may share it.
+    return std::isnan(m_Angle) ? 2 * std::acos(m_Quat.W) : m_Angle;
 }
 
 void C3DRotation::FillMatrixFromQuat()
@@ -212,9 +210,8 @@ void C3DRotation::GetXYZAngles(C3DVector3Tpl<double> & angles, tagE3DROTORDER or
 void C3DRotation::GetAxisAngle(C3DVector3Tpl<double> & axis, double & angle)
 {
     FreshenQuat();
-    FreshenAngle();
-    angle = m_Angle;
-    double const sine = std::sin(m_Angle * 0.5);
+    angle = AngleOfFreshQuat();
+    double const sine = std::sin(angle * 0.5);
     if (std::abs(sine) >= k_StandardTolerance<double>)
     {
         axis.Set(m_Quat.X / sine, m_Quat.Y / sine, m_Quat.Z / sine);

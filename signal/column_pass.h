@@ -31,7 +31,7 @@ struct ColumnGroup
             {
                 double * const row = rowOf(i) + place;
                 double * const inColumns = t + static_cast<std::ptrdiff_t>(i) * ElementSize;
-                for (int column = 0; column < Count; ++column)
+                for (std::ptrdiff_t column = 0; column < Count; ++column)
                 {
                     move(row + column * ElementSize, inColumns + column * columnSize);
                 }

@@ -21,9 +21,9 @@ class IStream;
 /// The form that a C3DRotation3Tpl holds. The values are stored in streams.
 enum E3DRotRep : std::uint8_t
 {
-    E3DRotRep_Quat = 0,
-    E3DRotRep_Euler = 1,
-    E3DRotRep_AxisAngle = 2
+    E3DRotRep_Quat = 0,     ///< A quaternion, of any length.
+    E3DRotRep_Euler = 1,    ///< Angles about X, Y and Z, and their order.
+    E3DRotRep_AxisAngle = 2 ///< An axis, of any length, and an angle.
 };
 
 /// A rotation in one form: a quaternion, Euler angles with their order, or an axis with an angle.
@@ -145,6 +145,8 @@ public:
 
     /// \name Reading
     ///@{
+
+    /// The form that is held.
     E3DRotRep GetRepresentation() const { return m_Rep; }
 
     /// The order of held Euler angles, else XYZ.
@@ -224,6 +226,7 @@ public:
     /// a quaternion, on the shorter arc from the identity, where whole turns are lost: even a factor of 1 changes the
     /// form.
     C3DRotation3Tpl & Mul(T factor);
+    /// Scales the angle by 1 / divisor, in the same way; the divisor is not tested.
     C3DRotation3Tpl & Div(T divisor) { return Mul(T(1) / divisor); }
 
     /// Scale this rotation as the forms with one argument do: the rotation that is passed in is not read. To scale
@@ -292,9 +295,9 @@ private:
 
     bool HoldsKnownForm() const { return m_Rep <= E3DRotRep_AxisAngle; }
 
-    C3DVector3Tpl<T> m_Values;
-    Last m_Last;
-    E3DRotRep m_Rep;
+    C3DVector3Tpl<T> m_Values; ///< The vector part of the quaternion, the Euler angles, or the axis.
+    Last m_Last;               ///< W, the order, or the angle.
+    E3DRotRep m_Rep;           ///< Which of the three forms it is.
 };
 
 /// 1 when b, converted to the form of a, has the same numbers within `epsilon`, strictly; a NaN differs. Numbers are

@@ -25,10 +25,10 @@ template <typename T>
 class C3DQuatTpl
 {
 public:
-    T W;
-    T X;
-    T Y;
-    T Z;
+    T W; ///< The scalar part: the cosine of half the angle of a rotation.
+    T X; ///< The vector part: a component of the axis times the sine of half the angle.
+    T Y; ///< As X.
+    T Z; ///< As X.
 
     /// \name Construction and access
     ///@{
@@ -38,6 +38,8 @@ public:
 
     /// Writes nothing.
     explicit C3DQuatTpl(C3DInitRequest_DoNotInitialize const & /*unused*/) {}
+
+    /// The components, the scalar part first.
     C3DQuatTpl(T w, T x, T y, T z) : W(w), X(x), Y(y), Z(z) {}
 
     /// The pure quaternion (0, v), which is no rotation.
@@ -46,6 +48,7 @@ public:
     /// X, Y, Z and W of the same names.
     explicit C3DQuatTpl(C3DVector4Tpl<T> const & v) : W(v.W), X(v.X), Y(v.Y), Z(v.Z) {}
 
+    /// The components, the scalar part first.
     C3DQuatTpl & Set(T w, T x, T y, T z)
     {
         W = w;
@@ -54,12 +57,20 @@ public:
         Z = z;
         return *this;
     }
+
+    /// The pure quaternion (0, v), which is no rotation.
     C3DQuatTpl & Set(C3DVector3Tpl<T> const & v) { return Set(T(0), v.X, v.Y, v.Z); }
+
+    /// X, Y, Z and W of the same names.
     C3DQuatTpl & Set(C3DVector4Tpl<T> const & v) { return Set(v.W, v.X, v.Y, v.Z); }
 
     /// (0, 0, 0, 0), which is not the identity.
     C3DQuatTpl & SetNull() { return Set(T(0), T(0), T(0), T(0)); }
+
+    /// (1, 0, 0, 0).
     C3DQuatTpl & SetIdentity() { return Set(T(1), T(0), T(0), T(0)); }
+
+    /// One component; the others stay.
     C3DQuatTpl & SetW(T w)
     {
         W = w;
@@ -81,6 +92,7 @@ public:
         return *this;
     }
 
+    /// The components, the scalar part first.
     void Get(T & w, T & x, T & y, T & z) const
     {
         w = W;
@@ -88,7 +100,11 @@ public:
         y = Y;
         z = Z;
     }
+
+    /// X, Y, Z and W of the same names: the scalar part comes last.
     void Get(C3DVector4Tpl<T> & v) const { v.Set(X, Y, Z, W); }
+
+    /// One component.
     T GetW() const { return W; }
     T GetX() const { return X; }
     T GetY() const { return Y; }
@@ -127,19 +143,22 @@ public:
 
     /// \name Arithmetic
     ///@{
+
+    /// The sum component by component: of a and b, or of the target and b.
     C3DQuatTpl & Add(C3DQuatTpl const & b) { return Add(*this, b); }
     C3DQuatTpl & Add(C3DQuatTpl const & a, C3DQuatTpl const & b)
     {
         return Set(a.W + b.W, a.X + b.X, a.Y + b.Y, a.Z + b.Z);
     }
 
-    /// a - b in the form with two operands.
+    /// The difference component by component: a - b, or the target less b.
     C3DQuatTpl & Sub(C3DQuatTpl const & b) { return Sub(*this, b); }
     C3DQuatTpl & Sub(C3DQuatTpl const & a, C3DQuatTpl const & b)
     {
         return Set(a.W - b.W, a.X - b.X, a.Y - b.Y, a.Z - b.Z);
     }
 
+    /// All four components times a factor: those of a, or of the target.
     C3DQuatTpl & Mul(T factor) { return Mul(*this, factor); }
     C3DQuatTpl & Mul(T factor, C3DQuatTpl const & a) { return Mul(a, factor); }
     C3DQuatTpl & Mul(C3DQuatTpl const & a, T factor)
@@ -150,13 +169,15 @@ public:
     /// All four components change sign: the same rotation.
     C3DQuatTpl & Negate() { return Set(-W, -X, -Y, -Z); }
 
+    /// The scalar part stays, the vector part changes its sign.
     C3DQuatTpl & Conjugate() { return Conjugate(*this); }
     C3DQuatTpl & Conjugate(C3DQuatTpl const & a) { return Set(a.W, -a.X, -a.Y, -a.Z); }
 
-    /// The conjugate: the inverse of a unit quaternion, and of no other.
+    /// The conjugate, with no division by the squared length: the inverse of a unit quaternion, and of no other.
     C3DQuatTpl & Invert() { return Conjugate(); }
     C3DQuatTpl & Invert(C3DQuatTpl const & a) { return Conjugate(a); }
 
+    /// The length in four dimensions, 1 for a rotation, and its square.
     T GetSquaredLength() const { return W * W + X * X + Y * Y + Z * Z; }
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
 

@@ -16,9 +16,9 @@ class IStream;
 /// Which form of a C3DRotation was given by the caller and is the source of truth.
 enum tagE3DROTREPTYPE : int
 {
-    E3DROTREPTYPE_QUAT = 0,
-    E3DROTREPTYPE_MATRIX = 1,
-    E3DROTREPTYPE_XYZANGLES = 2
+    E3DROTREPTYPE_QUAT = 0,     ///< The quaternion, with the angle that goes with it.
+    E3DROTREPTYPE_MATRIX = 1,   ///< The matrix, as it was given.
+    E3DROTREPTYPE_XYZANGLES = 2 ///< The Euler angles, with their order.
 };
 
 namespace math::detail
@@ -32,7 +32,9 @@ class RotationInspector;
 /// given and which are stale, and computes a stale one only when it is asked for.
 ///
 /// Reading may fill a cache, so getters are not const, operands are non-const references, and one object belongs to one
-/// thread at a time, even for reading. What is known to be the identity carries a mark that spares all arithmetic.
+/// thread at a time, even for reading. (Where every form that is read is fresh, reading writes nothing;
+/// IsExactlyIdentity may still set its mark.) What is known to be the identity carries a mark that spares all
+/// arithmetic.
 ///
 /// In `Mul(a, b)` a acts first: the matrix product a b of row vectors, the quaternion product b a. Angles are in
 /// radians, right-handed. A triple of Euler angles holds the angles about X, Y and Z, in the object's order, which
@@ -53,7 +55,8 @@ public:
     /// No form is valid: a `Set` must follow before anything is read.
     explicit C3DRotation(C3DInitRequest_DoNotInitialize const & request);
 
-    /// As the `Set` with the same arguments.
+    /// As the `Set` with the same arguments, in order XYZ where they name none; the shortest rotation loses its result
+    /// and its flag.
     explicit C3DRotation(C3DQuatTpl<double> const & quat);
     explicit C3DRotation(C3DRotMatTpl<double> const & mat);
     C3DRotation(tagE3DAXISTYPE axis, double angle);
@@ -66,7 +69,12 @@ public:
     /// \name Reading
     /// Each brings its own form up to date and no other, except that Euler angles come through the matrix.
     ///@{
+
+    /// The unit quaternion. One that was set is given as it was normalised, with its sign; one from a matrix has W at
+    /// least 0.
     void GetQuat(C3DQuatTpl<double> & quat);
+
+    /// The matrix for row vectors. One that was set is given bit for bit, even where it is no rotation.
     void GetMatrix(C3DRotMatTpl<double> & mat);
 
     /// The inner matrix, valid until the next change.
@@ -76,13 +84,15 @@ public:
     void GetXYZAngles(C3DVector3Tpl<double> & angles);
     void GetXYZAngles(double & x, double & y, double & z);
 
-    /// The angles in another order, in (-pi, pi]; where it is the object's own, as above. The object keeps its order.
+    /// The angles in another order, in (-pi, pi]; where it is the object's own, as above. The object keeps its order. A
+    /// value that names no order gives zeros.
     void GetXYZAngles(C3DVector3Tpl<double> & angles, tagE3DROTORDER order);
 
     /// Axis and angle, the angle as it was set, beyond a turn or negative, or else in [0, 2 pi]. Where the sine of half
     /// the angle vanishes the axis is the null vector.
     void GetAxisAngle(C3DVector3Tpl<double> & axis, double & angle);
 
+    /// The order of the Euler angles.
     tagE3DROTORDER GetXYZRotOrder() const;
     ///@}
 
@@ -97,8 +107,8 @@ public:
     /// 1 when the most trusted valid form is the identity within `epsilon`, the limit included.
     int IsAlmostIdentity(double const & epsilon) const;
 
+    /// IsExactlyIdentity, also for an `epsilon` of 0; else IsAlmostIdentity.
     int IsIdentity();
-    /// IsExactlyIdentity for an `epsilon` of 0, else IsAlmostIdentity.
     int IsIdentity(double epsilon);
 
     /// 1 when the object is marked as the identity. A 0 tells nothing.
@@ -107,6 +117,8 @@ public:
 
     /// \name Setting
     ///@{
+
+    /// The identity, marked as such. Where the mark is set already nothing changes; the order stays in any case.
     C3DRotation & SetIdentity();
 
     /// A copy, normalised. It is not examined for being the identity.
@@ -188,9 +200,12 @@ public:
     /// The same, near the angles of c and in its order.
     C3DRotation & MulUsingEulerAnglesTarget(C3DRotation & a, C3DRotation & b, C3DRotation & c);
 
-    /// Spherical linear interpolation from a to b by the shorter arc; t is not clamped.
+    /// Spherical linear interpolation from a to b by the shorter arc, normalised; t is not clamped.
     C3DRotation & Interpolate(C3DRotation & a, C3DRotation & b, double t);
 
+    /// The inverse: of the quaternion where that is valid, else of the matrix, as its transpose, else of the quaternion
+    /// that the angles give. Angles are never inverted themselves; those of the result are extracted anew. What is
+    /// found to be the identity gives the marked identity.
     C3DRotation & Invert();
     C3DRotation & Invert(C3DRotation & source);
     ///@}
@@ -237,8 +252,15 @@ protected:
 
     /// \name Filling of a stale form
     ///@{
+
+    /// The quaternion, from the matrix where that is the source, else from the angles.
     void UpdateQuat();
+
+    /// The matrix, from the quaternion where that is the source, else from the angles.
     void UpdateMatrix();
+
+    /// The angles, in (-pi, pi], from the matrix, which is filled from the quaternion first where it is stale. The mark
+    /// of the identity spares it all.
     void UpdateXYZAngles();
     ///@}
 
@@ -248,7 +270,7 @@ protected:
 private:
     friend class math::detail::RotationInspector;
 
-    // The bits of the flags. The lowest two name the source.
+    /// The bits of the flags. The lowest two name the source.
     static constexpr unsigned char k_SourceMask = 3;
     static constexpr unsigned char k_QuatDirty = 4;
     static constexpr unsigned char k_MatDirty = 8;
@@ -256,6 +278,8 @@ private:
     static constexpr unsigned char k_DefinitelyIdentity = 32;
 
     // NOLINTBEGIN(bugprone-reserved-identifier): these names are the package's convention for its cached classes.
+
+    /// The source of truth, the bits of the flags by name, and their setters; any value but 0 sets a bit.
     tagE3DROTREPTYPE _GetOrigRep() const { return static_cast<tagE3DROTREPTYPE>(m_Flags & k_SourceMask); }
     void _SetOrigRep(tagE3DROTREPTYPE rep)
     {
@@ -296,20 +320,19 @@ private:
             UpdateXYZAngles();
         }
     }
-    void FreshenAngle();
+    double AngleOfFreshQuat() const;
     void NormalizeQuat();
     void MultiplyQuats(C3DRotation & a, C3DRotation & b);
     void FillMatrixFromQuat();
     void SetAnglesAsSource(C3DVector3Tpl<double> const & angles, tagE3DROTORDER order);
     void ConvertAnglesTo(tagE3DROTORDER order);
-    void MakeHalfTurn(tagE3DAXISTYPE axis);
     int AlignTo(tagE3DAXISTYPE axis, C3DVector3Tpl<double> const & v, int & degenerate);
     void Rotate(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out, bool inverse);
 
-    C3DQuatTpl<double> m_Quat;
-    C3DRotMatTpl<double> m_Matrix;
-    C3DVector3Tpl<double> m_XYZAngles;
-    double m_Angle;
-    unsigned char m_Flags;
-    unsigned char m_RotOrder;
+    C3DQuatTpl<double> m_Quat;         ///< Of length one.
+    C3DRotMatTpl<double> m_Matrix;     ///< For row vectors.
+    C3DVector3Tpl<double> m_XYZAngles; ///< In m_RotOrder, whole turns included.
+    double m_Angle;                    ///< The angle as it was set, valid with m_Quat; a NaN: that of m_Quat.
+    unsigned char m_Flags;             ///< The source, what is stale, and the mark of the identity.
+    unsigned char m_RotOrder;          ///< A tagE3DROTORDER.
 };

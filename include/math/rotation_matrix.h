@@ -47,6 +47,8 @@ public:
     /// The elementary rotation about an axis, right-handed, by an angle in radians. A value that names no axis gives
     /// the identity.
     C3DRotMatTpl & Set(tagE3DAXISTYPE axis, T angle);
+
+    /// Nine elements, as they are: from another matrix, or row by row from an array, which may be the object's own.
     C3DRotMatTpl & Set(Base const & m)
     {
         Base::Set(m);
@@ -84,11 +86,15 @@ public:
         Base::SetCol(c, v);
         return *this;
     }
+
+    /// All elements 0, which is no rotation.
     C3DRotMatTpl & SetNull()
     {
         Base::SetNull();
         return *this;
     }
+
+    /// The identity.
     C3DRotMatTpl & SetIdentity()
     {
         Base::SetIdentity();
@@ -97,6 +103,8 @@ public:
 
     /// The object as a general matrix.
     Base const & GetMatrix() const { return *this; }
+
+    /// The nine elements as an array, row by row.
     T * GetArray() { return Base::GetArray(); }
     T const * GetArray() const { return Base::GetArray(); }
 
@@ -106,10 +114,19 @@ public:
 
     /// \name Tests
     ///@{
+
+    /// True unless an element is `epsilon` or more away from the identity's: an `epsilon` of 0 fails always, a NaN
+    /// passes.
     bool IsIdentity(T epsilon = math::detail::k_StandardTolerance<T>) const { return Base::IsIdentity(epsilon); }
+
+    /// Exact comparison by "below" and "above": a NaN compares equal to anything.
     bool operator==(C3DRotMatTpl const & other) const { return Base::operator==(other); }
     bool operator!=(C3DRotMatTpl const & other) const { return Base::operator!=(other); }
+
+    /// The determinant, 1 for a rotation.
     T GetDet() const { return Base::GetDet(); }
+
+    /// The sum of the diagonal, 1 + 2 cos a for a rotation by a.
     T GetTrace() const { return Base::GetTrace(); }
     ///@}
 
@@ -125,22 +142,30 @@ public:
     }
     /// The target acts first, then b.
     C3DRotMatTpl & Mul(C3DRotMatTpl const & b) { return Mul(*this, b); }
+
+    /// The transpose of a, then b: the inverse of a first, where both are rotations.
     C3DRotMatTpl & MulTransByReg(C3DRotMatTpl const & a, C3DRotMatTpl const & b)
     {
         Base::MulTransByReg(a, b);
         return *this;
     }
+
+    /// a, then the transpose of b.
     C3DRotMatTpl & MulRegByTrans(C3DRotMatTpl const & a, C3DRotMatTpl const & b)
     {
         Base::MulRegByTrans(a, b);
         return *this;
     }
+
+    /// All elements change sign, which makes a rotation a mirrored one: the determinant becomes -1.
     C3DRotMatTpl & Negate() { return Negate(*this); }
     C3DRotMatTpl & Negate(C3DRotMatTpl const & a)
     {
         Base::Negate(a);
         return *this;
     }
+
+    /// Rows become columns: the inverse of a rotation.
     C3DRotMatTpl & Transpose() { return Transpose(*this); }
     C3DRotMatTpl & Transpose(C3DRotMatTpl const & a)
     {

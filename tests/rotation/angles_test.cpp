@@ -260,6 +260,15 @@ TEST(GetClosestAngle, The_midpoint_may_lie_beyond_the_whole_turn)
     EXPECT_EQ(F3DGetClosestAngle(0, 4, 5), 5);
 }
 
+TEST(GetClosestAngle, Of_the_two_ends_of_a_whole_turn_the_upper_one_is_taken)
+{
+    // The outer arc is empty: its midpoint is the upper end, above which no angle lies.
+    for (double const angle : {0.0, 1e-300, 1.0, k_Pi, 6.0, k_TwoPi})
+    {
+        EXPECT_EQ(F3DGetClosestAngle(angle, 0, k_TwoPi), k_TwoPi) << angle;
+    }
+}
+
 TEST(GetClosestAngle, Angles_are_bounded_first_and_so_is_the_result)
 {
     EXPECT_EQ(F3DGetClosestAngle(2.5, 3 + 2 * k_TwoPi, 1), InZeroToTwoPi(3 + 2 * k_TwoPi));

@@ -432,6 +432,66 @@ TEST(RotationCache, Axis_is_null_where_the_sine_of_half_the_angle_is_below_the_l
     }
 }
 
+TEST(RotationCache, Reading_fresh_forms_writes_nothing)
+{
+    // So threads may share a rotation whose forms are all fresh.
+    C3DRotation a(0.3, -0.5, 0.7, E3DROTORDER_ZXY);
+    C3DRotation b(Vector(1, 2, 3), 0.4);
+    C3DRotation rotations[] = {C3DRotation().Mul(a, b),
+                               C3DRotation().Interpolate(a, b, 0.3),
+                               C3DRotation().Invert(a),
+                               C3DRotation(Quat(1, 2, 3, 4)),
+                               C3DRotation(MatrixOf(Vector(0.1, 0.2, 0.3), E3DROTORDER_YXZ)),
+                               C3DRotation(1, 2, 3, E3DROTORDER_ZYX),
+                               C3DRotation(E3D_AXIS_X, 9),
+                               C3DRotation(Vector(1, 2, 3), 9),
+                               C3DRotation()};
+    for (C3DRotation & rotation : rotations)
+    {
+        SCOPED_TRACE(&rotation - rotations);
+        Quat quat;
+        Matrix matrix;
+        Vector vector;
+        double x = 0;
+        double y = 0;
+        double z = 0;
+        rotation.GetQuat(quat);
+        rotation.GetMatrix(matrix);
+        rotation.GetXYZAngles(vector);
+        ASSERT_EQ(Inside(rotation).Flags() & (k_QuatDirty | k_MatDirty | k_AnglesDirty), 0U);
+
+        std::array<unsigned char, sizeof rotation> before{};
+        std::memcpy(before.data(), &rotation, sizeof rotation);
+        auto const isAsBefore = [&] { return std::memcmp(before.data(), &rotation, sizeof rotation) == 0; };
+        rotation.GetAxisAngle(vector, x);
+        EXPECT_TRUE(isAsBefore()) << "axis and angle";
+        rotation.GetQuat(quat);
+        rotation.GetMatrix(matrix);
+        rotation.GetMatrix();
+        rotation.GetXYZAngles(vector);
+        rotation.GetXYZAngles(x, y, z);
+        rotation.GetXYZAngles(vector, E3DROTORDER_YXZ);
+        rotation.GetXYZRotOrder();
+        EXPECT_TRUE(isAsBefore()) << "the other getters";
+        rotation.QuickIsIdentity();
+        rotation.IsAlmostIdentity(1e-9);
+        rotation.IsIdentity(1e-9);
+        rotation.IsIdentity();
+        EXPECT_TRUE(isAsBefore()) << "the tests";
+        rotation.RotateVct(vector, vector);
+        rotation.InvRotateVct(&vector, 1, &vector);
+        EXPECT_TRUE(isAsBefore()) << "vectors";
+        C3DRotation product;
+        product.Mul(rotation, b);
+        product.Mul(rotation);
+        product.MulAndUpdateEulerAngles(rotation, b, 1);
+        product.Interpolate(rotation, b, 0.5);
+        product.Invert(rotation);
+        product.Set(rotation, 1);
+        EXPECT_TRUE(isAsBefore()) << "products";
+    }
+}
+
 // --- Bringing up to date ---------------------------------------------------------------------------------------------
 
 TEST(RotationCache, The_quaternion_comes_from_the_matrix_or_else_from_the_angles)

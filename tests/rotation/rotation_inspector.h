@@ -23,7 +23,7 @@ public:
     C3DVector3Tpl<double> & Angles() { return m_Rotation.m_XYZAngles; }
     double & Angle()
     {
-        m_Rotation.FreshenAngle();
+        m_Rotation.m_Angle = m_Rotation.AngleOfFreshQuat();
         return m_Rotation.m_Angle;
     }
     unsigned Flags() const { return m_Rotation.m_Flags; }
