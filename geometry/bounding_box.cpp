@@ -89,6 +89,12 @@ C3DBBox::C3DBBox(Vector const & sides) : C3DBaseBox(sides) {}
 
 C3DBBox::C3DBBox(Vector const & minimum, Vector const & maximum) : C3DBaseBox(minimum, maximum) {}
 
+C3DBBox::C3DBBox(C3DBBox const & other) = default;
+
+C3DBBox & C3DBBox::operator=(C3DBBox const & other) = default;
+
+C3DBBox::~C3DBBox() = default;
+
 void C3DBBox::GetSign(tagE3DBBOXCORNER corner, short * const signs) const
 {
     if (IsInTable(corner, k_OppositeCorners))
@@ -139,18 +145,22 @@ long C3DBBox::GetCorners(Vector * const points) const
 long C3DBBox::GetEdgePoints(tagE3DBBOXEDGE edge, Vector & point1, Vector & point2) const
 {
     S3DBBoxEdgeInfo const & row = m_EdgeInfo[edge];
-    GetCorner(row.corner1, point1);
-    return GetCorner(row.corner2, point2);
+    long const result = GetCorner(row.corner1, point1);
+    return result < 0 ? result : GetCorner(row.corner2, point2);
 }
 
 long C3DBBox::GetFacePoints(tagE3DBBOXFACE face, Vector & point1, Vector & point2, Vector & point3,
                             Vector & point4) const
 {
     S3DBBoxFaceInfo const & row = m_FaceInfo[face];
-    GetCorner(row.corner1, point1);
-    GetCorner(row.corner2, point2);
-    GetCorner(row.corner3, point3);
-    return GetCorner(row.corner4, point4);
+    tagE3DBBOXCORNER const corners[] = {row.corner1, row.corner2, row.corner3, row.corner4};
+    Vector * const points[] = {&point1, &point2, &point3, &point4};
+    long result = S_OK;
+    for (int i = 0; i < 4 && result >= 0; ++i)
+    {
+        result = GetCorner(corners[i], *points[i]);
+    }
+    return result;
 }
 
 long C3DBBox::GetEdgeLine(tagE3DBBOXEDGE edge, C3DLine & line) const
@@ -158,7 +168,10 @@ long C3DBBox::GetEdgeLine(tagE3DBBOXEDGE edge, C3DLine & line) const
     Vector start;
     Vector end;
     long const result = GetEdgePoints(edge, start, end);
-    line.SetFromTwoPoints(start, end);
+    if (result >= 0)
+    {
+        line.SetFromTwoPoints(start, end);
+    }
     return result;
 }
 
@@ -169,8 +182,11 @@ long C3DBBox::GetFacePlane(tagE3DBBOXFACE face, C3DPlane & plane) const
     Vector third;
     Vector fourth;
     long const result = GetFacePoints(face, first, second, third, fourth);
-    plane.SetOrigin(first);
-    plane.SetTangents(second.Sub(first), fourth.Sub(first));
+    if (result >= 0)
+    {
+        plane.SetOrigin(first);
+        plane.SetTangents(second.Sub(first), fourth.Sub(first));
+    }
     return result;
 }
 

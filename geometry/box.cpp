@@ -21,6 +21,12 @@ C3DBaseBox::C3DBaseBox(Vector const & minimum, Vector const & maximum)
 {
 }
 
+C3DBaseBox::C3DBaseBox(C3DBaseBox const & other) = default;
+
+C3DBaseBox & C3DBaseBox::operator=(C3DBaseBox const & other) = default;
+
+C3DBaseBox::~C3DBaseBox() = default;
+
 Vector const & C3DBaseBox::GetMin() const
 {
     return m_Min;

@@ -2,6 +2,7 @@
 
 #include "geometry/smallest_radius.h"
 #include "geometry/sphere_surface.h"
+#include "geometry/vector_expressions.h"
 #include "math/platform/result.h"
 
 using math::detail::RadiusAboveSmallest;
@@ -56,7 +57,13 @@ long C3DBaseSphere::GetDistanceFrom(Vector const & point, double & distance) con
 
 long C3DBaseSphere::ProjectOn(Vector const & point, double & u, double & v) const
 {
-    math::detail::SphereParameters(Vector().Sub(point, m_Center), u, v);
+    Vector const w = Vector().Sub(point, m_Center);
+    u = 0;
+    v = 0;
+    if (!math::detail::IsNegligible(w))
+    {
+        math::detail::DirectionParameters(w, u, v);
+    }
     return S_OK;
 }
 

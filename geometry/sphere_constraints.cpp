@@ -125,7 +125,7 @@ Vector SurfaceTarget(C3DBaseSphere const & sphere, Vector const & w)
 Vector FacingTarget(C3DBaseSphere const & sphere, Vector const & w, Vector const & mean, double limit)
 {
     Vector target = SurfaceTarget(sphere, w);
-    return w.IsNull() == 0 && Dot(mean, w) < limit ? target.Negate() : target;
+    return !math::detail::IsNegligible(w) && Dot(mean, w) < limit ? target.Negate() : target;
 }
 
 /// Moves a primitive step by step until `isDone`, and gives the way in world space. A pass asks `makeStep` for a step,
@@ -139,7 +139,7 @@ long Correct(LocalPrimitive & primitive, Vector & translation, Check check, IsDo
     for (int pass = 0; pass < k_MostPasses && result >= 0 && !isDone(); ++pass)
     {
         Vector step;
-        if (!makeStep(pass, step) || step.IsNull() != 0 || !primitive.Move(step, translation))
+        if (!makeStep(pass, step) || !primitive.Move(step, translation))
         {
             break;
         }
@@ -174,12 +174,12 @@ long C3DBaseSphere::GetOnSurfaceError(Vector const & /*reference*/, Vector * poi
         if (pass == 0)
         {
             direction = math::detail::UnitOrSame(step);
-            return true;
+            return !math::detail::IsNegligible(step);
         }
         // Later steps go on in the first direction, and never back.
         double const s = Dot(step, direction);
         step.Mul(direction, s);
-        return !(s < 0);
+        return !(s < 0) && !math::detail::IsNegligible(step);
     };
     return Correct(primitive, error, check, isDone, makeStep);
 }
@@ -205,10 +205,12 @@ long C3DBaseSphere::GetExclusionError(Vector const & /*reference*/, Vector * poi
         if (pass > 0)
         {
             FindBetterTranslation(firstStep, step);
-            return true;
         }
-        firstStep = step.Add(FacingTarget(*this, step, mean, -math::detail::k_StandardTolerance<double>));
-        return true;
+        else
+        {
+            firstStep = step.Add(FacingTarget(*this, step, mean, -math::detail::k_StandardTolerance<double>));
+        }
+        return !math::detail::IsNegligible(step);
     };
     return Correct(primitive, error, check, isDone, makeStep);
 }

@@ -3,7 +3,10 @@
 /// \file
 /// Vectors as values, for formulas with several of them.
 
+#include "math/numeric.h"
 #include "math/vector3.h"
+
+#include <cmath>
 
 namespace math::detail
 {
@@ -32,6 +35,13 @@ inline C3DVector3Tpl<double> UnitOrSame(C3DVector3Tpl<double> vector)
 {
     vector.Normalize();
     return vector;
+}
+
+/// Whether every component lies within the standard tolerance of 0. A NaN does not, other than for IsNull.
+inline bool IsNegligible(C3DVector3Tpl<double> const & vector)
+{
+    constexpr double tolerance = k_StandardTolerance<double>;
+    return std::abs(vector.X) <= tolerance && std::abs(vector.Y) <= tolerance && std::abs(vector.Z) <= tolerance;
 }
 
 } // namespace math::detail

@@ -52,19 +52,19 @@ enum tagE3DBBOXFACE : int
 /// The ends of an edge, and the axis along which it runs.
 struct S3DBBoxEdgeInfo
 {
-    tagE3DBBOXCORNER corner1;
-    tagE3DBBOXCORNER corner2;
-    tagE3DAXISTYPE axis;
+    tagE3DBBOXCORNER corner1; ///< at the minimum of the axis
+    tagE3DBBOXCORNER corner2; ///< at its maximum
+    tagE3DAXISTYPE axis;      ///< the direction of the edge
 };
 
 /// The corners of a face, counter-clockwise seen from outside, and the axis of its normal.
 struct S3DBBoxFaceInfo
 {
-    tagE3DBBOXCORNER corner1;
-    tagE3DBBOXCORNER corner2;
-    tagE3DBBOXCORNER corner3;
-    tagE3DBBOXCORNER corner4;
-    tagE3DAXISTYPE axis;
+    tagE3DBBOXCORNER corner1; ///< the first corner, the origin of GetFacePlane
+    tagE3DBBOXCORNER corner2; ///< the next one, seen from outside
+    tagE3DBBOXCORNER corner3; ///< the one opposite to the first
+    tagE3DBBOXCORNER corner4; ///< the last one
+    tagE3DAXISTYPE axis;      ///< of the normal, which may point against it
 };
 
 /// A box that grows to hold what it bounds. The default box is not empty space but the origin: merging into it keeps
@@ -72,8 +72,9 @@ struct S3DBBoxFaceInfo
 class MATH_API C3DBBox : public C3DBaseBox
 {
 public:
-    /// The twelve edges and six faces, indexed by their enumerations.
+    /// The twelve edges, indexed by their enumeration.
     static S3DBBoxEdgeInfo const m_EdgeInfo[12];
+    /// The six faces, indexed by theirs.
     static S3DBBoxFaceInfo const m_FaceInfo[6];
 
     /// All bounds 0.
@@ -82,21 +83,19 @@ public:
     explicit C3DBBox(double side);
     /// About the origin, with these sides.
     explicit C3DBBox(C3DVector3Tpl<double> const & sides);
+    /// With these corners, as given.
     C3DBBox(C3DVector3Tpl<double> const & minimum, C3DVector3Tpl<double> const & maximum);
+    /// The same corners.
+    C3DBBox(C3DBBox const & other);
+    /// Takes over the corners.
+    C3DBBox & operator=(C3DBBox const & other);
+    ~C3DBBox() override;
 
     /// \name Corners, edges, faces
     ///@{
 
     /// Writes the three signs of a corner, -1 for the minimum and 1 for the maximum; nothing for a value out of range.
     void GetSign(tagE3DBBOXCORNER corner, short * const signs) const;
-
-    /// What lies opposite through the middle of the box.
-    /// \return 0; `E_POINTER` for a null output, which is tested first; `E_INVALIDARG` for a value out of range
-    ///@{
-    long GetOppositeCorner(tagE3DBBOXCORNER corner, tagE3DBBOXCORNER * opposite) const;
-    long GetOppositeEdge(tagE3DBBOXEDGE edge, tagE3DBBOXEDGE * opposite) const;
-    long GetOppositeFace(tagE3DBBOXFACE face, tagE3DBBOXFACE * opposite) const;
-    ///@}
 
     /// The position of a corner.
     /// \return 0; `E_INVALIDARG` for a value out of range, with the output untouched
@@ -120,10 +119,23 @@ public:
     long GetFacePlane(tagE3DBBOXFACE face, C3DPlane & plane) const;
     ///@}
 
+    /// \name Opposites
+    /// What lies opposite through the middle of the box. They return 0; `E_POINTER` for a null output, which is tested
+    /// first; `E_INVALIDARG` for a value out of range, with the output untouched.
+    ///@{
+    long GetOppositeCorner(tagE3DBBOXCORNER corner, tagE3DBBOXCORNER * opposite) const;
+    long GetOppositeEdge(tagE3DBBOXEDGE edge, tagE3DBBOXEDGE * opposite) const;
+    long GetOppositeFace(tagE3DBBOXFACE face, tagE3DBBOXFACE * opposite) const;
+    ///@}
+
     /// \name Measures
     ///@{
+
+    /// Writes the maximum less the minimum, and returns it.
     C3DVector3Tpl<double> & GetDiagonal(C3DVector3Tpl<double> & diagonal) const;
+    /// The length of the diagonal, which is not negative for an inverted box either.
     double GetDiagonalLength() const;
+    /// Writes the point halfway between the bounds, and returns it.
     C3DVector3Tpl<double> & GetMidPoint(C3DVector3Tpl<double> & middle) const;
 
     /// 1 unless the diagonal is at least 1e-12 long: a flat box is not empty, nor is an inverted one; one with a NaN
@@ -132,8 +144,6 @@ public:
     ///@}
 
     /// \name Growth
-    ///@{
-
     /// Grows the box to hold another box or a point. An empty box is nothing special. A NaN gets into a minimum and
     /// never into a maximum.
     ///@{
@@ -155,7 +165,6 @@ public:
     C3DBBox & PullCorner(tagE3DBBOXCORNER corner, C3DVector3Tpl<double> const & delta,
                          C3DVector3Tpl<double> const & pivot, C3DVector3Tpl<double> const & minSizes,
                          C3DVector3Tpl<double> const & maxSizes, int clamp);
-    ///@}
 
     /// \name Transformation
     ///@{

@@ -12,7 +12,9 @@ class MATH_API C3DBSphere : public C3DBaseSphere
 public:
     /// Radius 1e-6 about the origin.
     C3DBSphere();
+    /// About the origin. A radius not above 1e-6 becomes 1e-6, and the sphere is empty.
     explicit C3DBSphere(double radius);
+    /// The same about a center.
     C3DBSphere(double radius, C3DVector3Tpl<double> const & center);
 
     /// 1 where the radius is not above 1e-6: the default sphere is empty, and each whose radius was raised to that. A
@@ -21,6 +23,7 @@ public:
 
     /// Grows the radius to hold a point. The center stays.
     C3DBSphere & MergeVector(C3DVector3Tpl<double> const & point);
+    /// The same for the point (x, y, z).
     C3DBSphere & MergeVector(double x, double y, double z);
 
     /// Moves, and grows or shrinks: the sphere over the diameter from this center to the far side of the other one.

@@ -15,7 +15,7 @@
 class MATH_API C3DBaseBox : public math::detail::PartialGeometry
 {
 public:
-    /// \name Construction and access
+    /// \name Construction
     ///@{
 
     /// All bounds 0.
@@ -24,8 +24,21 @@ public:
     explicit C3DBaseBox(double side);
     /// About the origin, with these sides.
     explicit C3DBaseBox(C3DVector3Tpl<double> const & sides);
+    /// With these corners, as given.
     C3DBaseBox(C3DVector3Tpl<double> const & minimum, C3DVector3Tpl<double> const & maximum);
+    /// The same corners.
+    C3DBaseBox(C3DBaseBox const & other);
+    /// Takes over the corners.
+    C3DBaseBox & operator=(C3DBaseBox const & other);
+    /// Nothing is owned.
+    ~C3DBaseBox() override;
 
+    ///@}
+
+    /// \name Corners
+    /// The bounds are read and stored as they are: a minimum above the maximum makes an inverted box, which holds no
+    /// point.
+    ///@{
     C3DVector3Tpl<double> const & GetMin() const;
     C3DVector3Tpl<double> const & GetMax() const;
     double GetMinX() const;
@@ -45,7 +58,12 @@ public:
     void SetMaxX(double x);
     void SetMaxY(double y);
     void SetMaxZ(double z);
+    ///@}
 
+    /// \name Boxes from other ones, from sides, from points
+    ///@{
+
+    /// Copies both corners of another box.
     void Set(C3DBaseBox const & box);
 
     /// **Not a copy:** the box about the origin whose sides are the maximum corner of this one. To copy use `Set` or
@@ -56,8 +74,9 @@ public:
     void SetCube(double const & side);
     /// The greatest side; of equal ones that of the later axis, which tells where zeros differ in sign.
     void GetCube(double & side) const;
-    /// A box about the origin, with these sides.
+    /// A box about the origin, with these sides. They may be a corner of this box.
     void SetSideLengths(C3DVector3Tpl<double> const & sides);
+    /// The maximum less the minimum; negative where the box is inverted.
     void GetSideLengths(C3DVector3Tpl<double> & sides) const;
 
     /// The bounds of points; a null array or a count of 0 changes nothing. A NaN in the first point stays; in a later
@@ -107,17 +126,18 @@ public:
     ///@}
 
     /// \name Contacts
-    /// A sphere answers in the space of the box, and so returns `E_NOTIMPL` with `flags` and record filled where there
-    /// is a record to fill; without one the code is 0. **It is looked for where the box stands as seen from the
-    /// sphere**, which is the opposite place for poses that are not turned: ask the sphere about the box for a box that
-    /// is not symmetric. Its stored center plays no part, and the greatest scale factor in magnitude scales its radius.
-    /// A failing pose is ignored there.
-    ///
-    /// Two boxes count as centered on their poses **and as twice their size**: whole sides go in for the half sizes of
-    /// F3DLocalBoxVsBoxIntersection.
     ///@{
+
+    /// A sphere against this box, in the space of the box.
+    ///
+    /// It returns `E_NOTIMPL` with `flags` and record filled where there is a record to fill; without one the code
+    /// is 0. **The sphere is looked for where the box stands as seen from the sphere**, which is the opposite place for
+    /// poses that are not turned: ask the sphere about the box for a box that is not symmetric. Its stored center plays
+    /// no part, and the greatest scale factor in magnitude scales its radius. A failing pose is ignored.
     long Intersect_Sphere(I3DPose_QN * const pose, C3DBaseSphere const & other, I3DPose_QN * const otherPose,
                           unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    /// Two boxes, which count as centered on their poses **and as twice their size**: whole sides go in for the half
+    /// sizes of F3DLocalBoxVsBoxIntersection.
     long Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & other, I3DPose_QN * const otherPose,
                        unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
     ///@}

@@ -11,6 +11,8 @@
 #include "math/rotation_matrix.h"
 #include "math/vector3.h"
 
+/// A point against the faces of a box.
+///
 /// \param min,max the box
 /// \param point the point
 /// \param flags by the greatest of the three gaps: 4 outside, 0x20000 on the surface within `tol`, 0x40000 inside

@@ -22,17 +22,22 @@ public:
     /// distance that is a NaN gives 1e-6. An axis that is none leaves the normal uninitialised.
     C3DBaseCircle(C3DVector3Tpl<double> const & center, C3DVector3Tpl<double> const & pointOnCircle,
                   tagE3DAXISTYPE axis);
+    /// The same with a normal as given.
     C3DBaseCircle(C3DVector3Tpl<double> const & center, C3DVector3Tpl<double> const & pointOnCircle,
                   C3DVector3Tpl<double> const & normal);
 
+    /// Moves the circle.
     void SetCenter(C3DVector3Tpl<double> const & center);
     /// A NaN becomes 1e-6.
     void SetRadius(double radius);
     /// A value that names no axis changes nothing.
     void SetNormal(tagE3DAXISTYPE axis);
 
+    /// Writes the center.
     void GetCenter(C3DVector3Tpl<double> & center) const;
+    /// Writes the normal as it is stored, of any length.
     void GetNormal(C3DVector3Tpl<double> & normal) const;
+    /// Writes the radius.
     void GetRadius(double & radius) const;
 
     /// A circle through an affine transformation. With a the first vector of GetOrthogonalBasis of the normal, the new

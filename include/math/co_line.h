@@ -15,23 +15,32 @@
 class MATH_API C3DCoLine : public C3DLine, public I3DReadCurve_QN, public I3DImplicitGeometry
 {
 public:
-    /// As the constructors of C3DLine.
+    /// \name Construction
+    /// As the constructors of C3DLine, with one reference.
     ///@{
     C3DCoLine();
     C3DCoLine(C3DVector3Tpl<double> const & origin, tagE3DAXISTYPE axis);
     C3DCoLine(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & tangent);
     ///@}
+    /// A copy of the geometry, with one reference of its own.
     C3DCoLine(C3DCoLine const & other);
+    /// Takes over the geometry. The references of both objects stay as they are.
     C3DCoLine & operator=(C3DCoLine const & other);
     ~C3DCoLine() override;
 
     /// Answers to `IUnknown`, I3DReadCurve_QN and I3DImplicitGeometry.
     long QueryInterface(_GUID const & iid, void ** out) override;
+    /// Adds a reference and returns the new count.
     unsigned long AddRef() override;
+    /// Gives a reference back and returns the new count; the last one deletes the object.
     unsigned long Release() override;
 
+    /// Writes the kind of the primitive and returns 0.
     long GetType(e3dBaseGeomType & type) const override;
 
+    /// \name Reading
+    /// What is read of an object that is not const goes through the interface; the answers are those of C3DLine.
+    ///@{
     using C3DLine::GetDistanceFrom;
     using C3DLine::GetPos;
     using C3DLine::GetTangent;
@@ -40,6 +49,7 @@ public:
     long GetTangent(double t, C3DVector3Tpl<double> & tangent) override;
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) override;
     long ProjectOn(C3DVector3Tpl<double> const & point, double & t) override;
+    ///@}
 
 private:
     unsigned long m_ReferenceCount = 1;

@@ -15,7 +15,8 @@
 class MATH_API C3DCoPlane : public C3DPlane, public I3DReadSurface_QN, public I3DImplicitGeometry
 {
 public:
-    /// As the constructors of C3DPlane.
+    /// \name Construction
+    /// As the constructors of C3DPlane, with one reference.
     ///@{
     C3DCoPlane();
     C3DCoPlane(C3DVector3Tpl<double> const & origin, tagE3DAXISTYPE normalAxis);
@@ -24,17 +25,25 @@ public:
     C3DCoPlane(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & first,
                C3DVector3Tpl<double> const & second);
     ///@}
+    /// A copy of the geometry, with one reference of its own.
     C3DCoPlane(C3DCoPlane const & other);
+    /// Takes over the geometry. The references of both objects stay as they are.
     C3DCoPlane & operator=(C3DCoPlane const & other);
     ~C3DCoPlane() override;
 
     /// Answers to `IUnknown`, I3DReadSurface_QN and I3DImplicitGeometry.
     long QueryInterface(_GUID const & iid, void ** out) override;
+    /// Adds a reference and returns the new count.
     unsigned long AddRef() override;
+    /// Gives a reference back and returns the new count; the last one deletes the object.
     unsigned long Release() override;
 
+    /// Writes the kind of the primitive and returns 0.
     long GetType(e3dBaseGeomType & type) const override;
 
+    /// \name Reading
+    /// What is read of an object that is not const goes through the interface; the answers are those of C3DPlane.
+    ///@{
     using C3DPlane::GetDistanceFrom;
     using C3DPlane::GetNormal;
     using C3DPlane::GetPos;
@@ -45,6 +54,7 @@ public:
     long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) override;
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) override;
     long ProjectOn(C3DVector3Tpl<double> const & point, double & u, double & v) override;
+    ///@}
 
 private:
     unsigned long m_ReferenceCount = 1;

@@ -15,26 +15,36 @@
 class MATH_API C3DCoPoint : public C3DPoint, public I3DReadPoint_QN, public I3DImplicitGeometry
 {
 public:
-    /// As the constructors of C3DPoint.
+    /// \name Construction
+    /// As the constructors of C3DPoint, with one reference.
     ///@{
     C3DCoPoint();
     explicit C3DCoPoint(C3DVector3Tpl<double> const & position);
     ///@}
+    /// A copy of the geometry, with one reference of its own.
     C3DCoPoint(C3DCoPoint const & other);
+    /// Takes over the geometry. The references of both objects stay as they are.
     C3DCoPoint & operator=(C3DCoPoint const & other);
     ~C3DCoPoint() override;
 
     /// Answers to `IUnknown`, I3DReadPoint_QN and I3DImplicitGeometry.
     long QueryInterface(_GUID const & iid, void ** out) override;
+    /// Adds a reference and returns the new count.
     unsigned long AddRef() override;
+    /// Gives a reference back and returns the new count; the last one deletes the object.
     unsigned long Release() override;
 
+    /// Writes the kind of the primitive and returns 0.
     long GetType(e3dBaseGeomType & type) const override;
 
+    /// \name Reading
+    /// What is read of an object that is not const goes through the interface; the answers are those of C3DPoint.
+    ///@{
     using C3DPoint::GetDistanceFrom;
     using C3DPoint::GetPos;
     long GetPos(C3DVector3Tpl<double> & position) override;
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) override;
+    ///@}
 
 private:
     unsigned long m_ReferenceCount = 1;

@@ -44,6 +44,7 @@ public:
     /// Stores the four components as they are.
     C3DColor4f & Set(float r, float g, float b, float a);
 
+    /// Stores a colour that is told by hue, or by red, green and blue.
     /// \param c1,c2,c3 by `type`
     /// \param a alpha, always stored
     /// \param type a value that names none leaves red, green and blue

@@ -132,9 +132,10 @@ public:
     /// The identity in the form that is held. Euler angles lose their order and are in XYZ afterwards.
     C3DRotation3Tpl & SetIdentity();
 
-    /// Another order. What holds no Euler angles is converted to some first, in the new order, or with `keepRotation` 0
-    /// in XYZ. With `keepRotation` not 0 the rotation stays and all three angles are extracted anew, in (-pi, pi], even
-    /// where they are zero. With `keepRotation` 0 the same angles are read in the new order, another rotation.
+    /// Another order of the Euler angles. What holds no Euler angles is converted to some first, in the new order, or
+    /// with `keepRotation` 0 in XYZ. With `keepRotation` not 0 the rotation stays and all three angles are extracted
+    /// anew, in (-pi, pi], even where they are zero. With `keepRotation` 0 the same angles are read in the new order,
+    /// another rotation.
     C3DRotation3Tpl & Set(tagE3DROTORDER order, int keepRotation);
 
     /// Converts to another form. `order` matters only where Euler angles are to be made: those that are held keep
@@ -269,10 +270,11 @@ public:
     /// representation that is none of the three, of which nothing more is read.
     long Load(IStream * stream);
 
-    /// Print the label (if not null) on a line of its own, and the form under its name on the next; angles in degrees.
+    /// Prints the label (if not null) on a line of its own, and the form under its name on the next; angles in degrees.
     void DumpQuat(wchar_t const * name, std::ostream & stream) const;
     void DumpAxisAngle(wchar_t const * name, std::ostream & stream) const;
-    /// The three angles have nothing between them.
+    /// Prints the label (if not null) on a line of its own, and the angles in degrees under the name of the form on the
+    /// next. The three angles have nothing between them.
     void DumpXYZAngles(wchar_t const * name, std::ostream & stream) const;
     ///@}
 

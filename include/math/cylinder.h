@@ -15,7 +15,7 @@ enum tagE3DCylinderAxisType : int
     E3DCYLINDERAXIS_X = 0,
     E3DCYLINDERAXIS_Y = 1,
     E3DCYLINDERAXIS_Z = 2,
-    E3DCYLINDERAXIS_Y_AGAIN = 3
+    E3DCYLINDERAXIS_Y_AGAIN = 3 ///< along Y too
 };
 
 /// A cylinder: radius, start and end of its axis. A radius not above 1e-6, or a NaN, becomes 1e-6 on its way in.
@@ -31,18 +31,24 @@ public:
     C3DBaseCylinder();
     /// An axis about the origin; an unknown type leaves it uninitialised.
     C3DBaseCylinder(double radius, double length, tagE3DCylinderAxisType type);
+    /// The axis as given, from start to end.
     C3DBaseCylinder(double radius, C3DVector3Tpl<double> const & start, C3DVector3Tpl<double> const & end);
 
-    /// An axis about the origin; an unknown type leaves it.
+    /// Radius, and an axis about the origin from minus half to plus half of the length. An unknown type leaves the axis
+    /// and sets the radius alone.
     void Set(double radius, double length, tagE3DCylinderAxisType type);
     /// **Copies the radius alone:** the axis stays. Assignment copies both.
     void Set(C3DBaseCylinder const & cylinder);
+    /// Stores the ends of the axis as given.
     void SetAxis(C3DVector3Tpl<double> const & start, C3DVector3Tpl<double> const & end);
+    /// A radius not above 1e-6, or a NaN, becomes 1e-6.
     void SetRadius(double radius);
+    /// Writes the radius, which is 1e-6 at least.
     void GetRadius(double & radius) const;
+    /// The distance from start to end of the axis.
     void GetLength(double & length) const;
 
-    /// The frame of the surface. Returns 0.
+    /// The frame of the surface, which replaces all that the transformation held. Returns 0.
     long GetTransfo(C3DTransfo & out) const;
 
     /// The point of the surface. On the side it is the normal times the radius, which has passed the frame already, so

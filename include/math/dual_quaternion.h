@@ -209,8 +209,8 @@ public:
         return *this;
     }
 
-    /// Scales to P . P = 1 and takes from D its part along P, each where it is more than 1e-12 off, in `float` too. A
-    /// P . P that is not above 1e-12 leaves all eight components.
+    /// Scales P to length one and takes from D its part along P. Each is done where P . P or P . D is more than 1e-12
+    /// off, in `float` too; a P . P that is not above 1e-12 leaves all eight components.
     C3DDualQuatTpl & Normalize()
     {
         NormalizeParts(m_Real, m_Dual);

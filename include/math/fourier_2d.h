@@ -34,10 +34,11 @@ public:
     ~CDSPSignal2D();
 };
 
-/// Transforms of signals of n1 rows of n2 values, along the rows and along the columns: see CDSPTransform1D for the
-/// sums, and for what holds here too: one kind of transform for an object's whole life, sizes up to those of the first
-/// call, powers of two that are not checked, and at least 2; false without a word but the first "Out of memory in
-/// CDSPTransform2D...", and for a signal that lacks a row.
+/// Transforms of signals of n1 rows of n2 values, in place, along the rows and along the columns.
+///
+/// See CDSPTransform1D for the sums, and for what holds here too: one kind of transform for an object's whole life,
+/// sizes up to those of the first call, powers of two that are not checked, and at least 2; false without a word but
+/// the first "Out of memory in CDSPTransform2D...", and for a signal that lacks a row.
 class MATH_API CDSPTransform2D
 {
 public:

@@ -35,8 +35,9 @@ public:
     ~CDSPSignal3D();
 };
 
-/// Transforms of signals of n1 planes of n2 rows of n3 values: as CDSPTransform2D, with one axis more, and its words
-/// "Out of memory in CDSPTransform3D...".
+/// Transforms of signals of n1 planes of n2 rows of n3 values, in place, along all three axes.
+///
+/// As CDSPTransform2D, with one axis more, and its words "Out of memory in CDSPTransform3D...".
 class MATH_API CDSPTransform3D
 {
 public:

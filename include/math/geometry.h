@@ -13,14 +13,14 @@ class C3DPoint;
 /// The kind of a geometry object. The numbering has gaps.
 enum e3dBaseGeomType : int
 {
-    E3DGEOMTYPE_NONE = 0,
-    E3DGEOMTYPE_POINT = 1,
-    E3DGEOMTYPE_LINE = 2,
-    E3DGEOMTYPE_CIRCLE = 5,
-    E3DGEOMTYPE_PLANE = 10,
-    E3DGEOMTYPE_CYLINDER = 17,
-    E3DGEOMTYPE_BOX = 18,
-    E3DGEOMTYPE_SPHERE = 20
+    E3DGEOMTYPE_NONE = 0,      ///< C3DMathGeometry by itself
+    E3DGEOMTYPE_POINT = 1,     ///< C3DPoint, C3DCoPoint
+    E3DGEOMTYPE_LINE = 2,      ///< C3DLine, C3DCoLine
+    E3DGEOMTYPE_CIRCLE = 5,    ///< C3DBaseCircle
+    E3DGEOMTYPE_PLANE = 10,    ///< C3DPlane, C3DCoPlane
+    E3DGEOMTYPE_CYLINDER = 17, ///< C3DBaseCylinder, C3DBCylinder
+    E3DGEOMTYPE_BOX = 18,      ///< C3DBaseBox, C3DBBox
+    E3DGEOMTYPE_SPHERE = 20    ///< C3DBaseSphere, C3DBSphere
 };
 
 /// Base of the geometry objects: value classes of `double` that know their kind and can be asked for contacts.
@@ -33,12 +33,16 @@ class MATH_API C3DMathGeometry
 public:
     /// Of no kind.
     C3DMathGeometry();
+    /// Of this kind, which Intersect_All trusts: an object of the kind of a class has to be of that class.
     explicit C3DMathGeometry(e3dBaseGeomType type);
+    /// Of the kind of another one.
     C3DMathGeometry(C3DMathGeometry const & other);
+    /// Takes over the kind of another one.
     C3DMathGeometry & operator=(C3DMathGeometry const & other);
     virtual ~C3DMathGeometry();
 
     /// \name Contacts
+    /// Whether this object and another one touch, and where.
     /// \param pose places this object
     /// \param other the other object
     /// \param otherPose places the other object
@@ -79,12 +83,16 @@ class MATH_API PartialGeometry : public C3DMathGeometry
 public:
     using C3DMathGeometry::C3DMathGeometry;
 
+    /// \name Contacts
+    /// Not implemented: `E_NOTIMPL`, with nothing written. A class with a query of its own overrides it.
+    ///@{
     long Intersect_Point(I3DPose_QN * const pose, C3DPoint const & other, I3DPose_QN * const otherPose,
                          unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
     long Intersect_Sphere(I3DPose_QN * const pose, C3DBaseSphere const & other, I3DPose_QN * const otherPose,
                           unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
     long Intersect_Box(I3DPose_QN * const pose, C3DBaseBox const & other, I3DPose_QN * const otherPose,
                        unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;
+    ///@}
 };
 
 } // namespace math::detail

@@ -55,7 +55,7 @@ public:
 
     /// Writes the low byte of the type. The result is always 0.
     long Save(IStream * stream, int format) const;
-    /// Reads a byte into the low byte of the type, **and leaves its other bytes.** What cannot be read stays; the
+    /// Reads a byte into the low byte of the type, **and leaves its other bytes**. What cannot be read stays; the
     /// result is always 0.
     long Load(IStream * stream);
 

@@ -22,10 +22,14 @@ public:
     C3DLine();
     /// Along an axis; a value that names none gives Z.
     C3DLine(C3DVector3Tpl<double> const & origin, tagE3DAXISTYPE axis);
+    /// Both as given: the tangent may have any length.
     C3DLine(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & tangent);
 
+    /// Copies origin and tangent of another line.
     void Set(C3DLine const & line);
+    /// Stores the point at t = 0 and keeps the tangent, so that the point at t = 1 moves along.
     void SetOrigin(C3DVector3Tpl<double> const & origin);
+    /// Stores the tangent as given, with its length.
     void SetTangent(C3DVector3Tpl<double> const & tangent);
     /// Through a at t = 0 and b at t = 1.
     void SetFromTwoPoints(C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b);

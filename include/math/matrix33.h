@@ -59,24 +59,29 @@ public:
     /// The upper left block of a `float` array.
     C3DMatrix33Tpl & operator=(float (&array)[4][4]);
 
+    /// The elements row by row.
     C3DMatrix33Tpl & Set(T m00, T m01, T m02, T m10, T m11, T m12, T m20, T m21, T m22)
     {
         return SetRow(0, m00, m01, m02).SetRow(1, m10, m11, m12).SetRow(2, m20, m21, m22);
     }
+    /// Copies three rows of three scalars, which may be the matrix's own.
     C3DMatrix33Tpl & Set(T (*const array)[3])
     {
         std::memmove(m_Elements, array, sizeof m_Elements);
         return *this;
     }
+    /// Becomes a copy.
     C3DMatrix33Tpl & Set(C3DMatrix33Tpl const & m) { return *this = m; }
 
     /// The minor of m, as in the constructor.
     inline C3DMatrix33Tpl & Set(int r, int c, C3DMatrix44Tpl<T> const & m);
 
+    /// All elements 0.
     C3DMatrix33Tpl & SetNull() { return Set(0, 0, 0, 0, 0, 0, 0, 0, 0); }
+    /// 1 on the diagonal and 0 elsewhere.
     C3DMatrix33Tpl & SetIdentity() { return Set(1, 0, 0, 0, 1, 0, 0, 0, 1); }
 
-    /// One row or one column; the index is not checked.
+    /// Sets one row. The index is not checked.
     C3DMatrix33Tpl & SetRow(int r, T x, T y, T z)
     {
         m_Elements[r][0] = x;
@@ -84,7 +89,9 @@ public:
         m_Elements[r][2] = z;
         return *this;
     }
+    /// Sets one row. The index is not checked.
     C3DMatrix33Tpl & SetRow(int r, C3DVector3Tpl<T> const & v) { return SetRow(r, v.X, v.Y, v.Z); }
+    /// Sets one column. The index is not checked.
     C3DMatrix33Tpl & SetCol(int c, T x, T y, T z)
     {
         m_Elements[0][c] = x;
@@ -92,10 +99,12 @@ public:
         m_Elements[2][c] = z;
         return *this;
     }
+    /// Sets one column. The index is not checked.
     C3DMatrix33Tpl & SetCol(int c, C3DVector3Tpl<T> const & v) { return SetCol(c, v.X, v.Y, v.Z); }
 
-    /// One element; the indices are not checked.
+    /// The element in row r and column c; the indices are not checked.
     T Get(int r, int c) const { return m_Elements[r][c]; }
+    /// Sets the element in row r and column c; the indices are not checked.
     C3DMatrix33Tpl & Set(int r, int c, T value)
     {
         m_Elements[r][c] = value;
@@ -104,6 +113,7 @@ public:
 
     /// The nine elements as an array, row by row.
     T * GetArray() { return reinterpret_cast<T *>(this); }
+    /// The nine elements as an array, row by row, for reading.
     T const * GetArray() const { return reinterpret_cast<T const *>(this); }
 
     /// Bytes held outside the object: none.
@@ -117,13 +127,19 @@ public:
 
     /// Exact comparison by "below" and "above": a NaN compares equal to anything.
     bool operator==(C3DMatrix33Tpl const & other) const;
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DMatrix33Tpl const & other) const { return !(*this == other); }
 
+    /// 1 when every element is below `epsilon` in magnitude. At an `epsilon` of 0 not even the null matrix is null,
+    /// unlike a null vector.
     int IsNull(T epsilon = math::detail::k_StandardTolerance<T>) const;
+    /// True when every element differs from the identity's by less than `epsilon`. At an `epsilon` of 0 the identity
+    /// fails, while it passes C3DMatrix44Tpl::IsIdentity.
     bool IsIdentity(T epsilon = math::detail::k_StandardTolerance<T>) const;
+    /// True when every element off the diagonal is below `epsilon` in magnitude.
     bool IsDiagonal(T epsilon = math::detail::k_StandardTolerance<T>) const;
 
-    /// All nine pairs are compared, an element with itself too.
+    /// 1 when every |m[r][c] - m[c][r]| is below `epsilon`. All nine pairs are compared, an element with itself too.
     int IsSymmetric(T epsilon = math::detail::k_StandardTolerance<T>) const;
 
     /// 1 unless the determinant, relative to its size (see ComputeDetAndDetSize), is at or above `epsilon` in
@@ -134,7 +150,10 @@ public:
     /// \name Arithmetic
     /// The target may be any operand.
     ///@{
+
+    /// The target plus b.
     C3DMatrix33Tpl & Add(C3DMatrix33Tpl const & b) { return Add(*this, b); }
+    /// a + b.
     C3DMatrix33Tpl & Add(C3DMatrix33Tpl const & a, C3DMatrix33Tpl const & b)
     {
         for (int i = 0; i < 9; ++i)
@@ -144,8 +163,9 @@ public:
         return *this;
     }
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DMatrix33Tpl & Sub(C3DMatrix33Tpl const & b) { return Sub(*this, b); }
+    /// a - b.
     C3DMatrix33Tpl & Sub(C3DMatrix33Tpl const & a, C3DMatrix33Tpl const & b)
     {
         for (int i = 0; i < 9; ++i)
@@ -155,8 +175,11 @@ public:
         return *this;
     }
 
+    /// The target times a scalar.
     C3DMatrix33Tpl & Mul(T factor) { return Mul(*this, factor); }
+    /// A scalar times a.
     C3DMatrix33Tpl & Mul(T factor, C3DMatrix33Tpl const & a) { return Mul(a, factor); }
+    /// a times a scalar.
     C3DMatrix33Tpl & Mul(C3DMatrix33Tpl const & a, T factor)
     {
         for (int i = 0; i < 9; ++i)
@@ -168,10 +191,12 @@ public:
 
     /// Scales by the reciprocal of the divisor, which is not tested.
     C3DMatrix33Tpl & Div(T divisor) { return Div(*this, divisor); }
+    /// a by the divisor, in the same way.
     C3DMatrix33Tpl & Div(C3DMatrix33Tpl const & a, T divisor) { return Mul(a, T(1) / divisor); }
 
-    /// Flips the sign of every element: a zero becomes a negative zero.
+    /// Flips the sign of every element of the target: a zero becomes a negative zero.
     C3DMatrix33Tpl & Negate() { return Negate(*this); }
+    /// a with the sign of every element flipped.
     C3DMatrix33Tpl & Negate(C3DMatrix33Tpl const & a)
     {
         for (int i = 0; i < 9; ++i)
@@ -209,7 +234,9 @@ public:
         return Mul(a, transposed.Transpose(b));
     }
 
+    /// The transpose of the target.
     C3DMatrix33Tpl & Transpose() { return Transpose(*this); }
+    /// The transpose of a.
     C3DMatrix33Tpl & Transpose(C3DMatrix33Tpl const & a)
     {
         return Set(a.m_Elements[0][0], a.m_Elements[1][0], a.m_Elements[2][0], a.m_Elements[0][1], a.m_Elements[1][1],
@@ -227,18 +254,21 @@ public:
                m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
     }
 
-    /// The adjugate, which times the matrix is the determinant times the identity.
+    /// The adjugate of the target, which times the matrix is the determinant times the identity.
     C3DMatrix33Tpl & Adjoint() { return Adjoint(*this); }
+    /// The adjugate of a.
     C3DMatrix33Tpl & Adjoint(C3DMatrix33Tpl const & a);
 
     /// The inverse. Returns 0, with the target kept, where the determinant relative to its size (see
     /// ComputeDetAndDetSize) is not at or above the standard tolerance: scale alone makes no matrix singular. The
     /// `float` matrix is inverted in `double`.
     int Invert() { return Invert(*this); }
+    /// The inverse of a, under the same test.
     int Invert(C3DMatrix33Tpl const & a);
 
-    /// The transpose of the inverse, under the same test.
+    /// The transpose of the inverse of the target, under the same test.
     int TransposeInverse() { return TransposeInverse(*this); }
+    /// The transpose of the inverse of a, under the same test.
     int TransposeInverse(C3DMatrix33Tpl const & a);
 
     /// Eigenvalues, the greatest first, and orthonormal eigenvectors, in the columns of `vectors`, of a symmetric
@@ -293,6 +323,7 @@ protected:
     /// The eigen decomposition behind GetEigenVectors, of any array; only the upper triangle counts.
     int ComputeEigen(T const (*const a)[3], T (*const vectors)[3], C3DVector3Tpl<T> & values, T epsilon) const;
 
+    /// Element [r][c] stands in row r and column c.
     T m_Elements[3][3];
 };
 

@@ -59,8 +59,10 @@ public:
 
     /// From a `float` array.
     explicit C3DMatrix44Tpl(float (&array)[4][4]);
+    /// Becomes a `float` array; the mask byte stays.
     C3DMatrix44Tpl & operator=(float (&array)[4][4]);
 
+    /// The elements row by row; the mask byte stays.
     C3DMatrix44Tpl & Set(T m00, T m01, T m02, T m03, T m10, T m11, T m12, T m13, T m20, T m21, T m22, T m23, T m30,
                          T m31, T m32, T m33)
     {
@@ -76,6 +78,7 @@ public:
         std::memmove(m_Elements, array, sizeof m_Elements);
         return *this;
     }
+    /// Copies four rows of four scalars; the mask byte stays.
     C3DMatrix44Tpl & Set(T const (*const array)[4])
     {
         std::memmove(m_Elements, array, sizeof m_Elements);
@@ -85,18 +88,21 @@ public:
     /// Copies the elements and the mask byte.
     C3DMatrix44Tpl & Set(C3DMatrix44Tpl const & m) { return *this = m; }
 
-    /// Converting copies, element by element, mask byte included.
+    /// A copy from `float`, element by element; the mask byte is copied too.
     C3DMatrix44Tpl & SetFromFloat(C3DMatrix44Tpl<float> const & m);
+    /// A copy from `double`, element by element, rounded in the `float` instantiation; the mask byte is copied too.
     C3DMatrix44Tpl & SetFromDouble(C3DMatrix44Tpl<double> const & m);
 
+    /// All elements 0; the mask byte stays.
     C3DMatrix44Tpl & SetNull()
     {
         std::memset(m_Elements, 0, sizeof m_Elements);
         return *this;
     }
+    /// 1 on the diagonal and 0 elsewhere; the mask byte stays.
     C3DMatrix44Tpl & SetIdentity() { return Set(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1); }
 
-    /// One row or one column; the index is not checked.
+    /// Sets one row; the mask byte stays. The index is not checked.
     C3DMatrix44Tpl & SetRow(int r, T x, T y, T z, T w)
     {
         m_Elements[r][0] = x;
@@ -105,7 +111,9 @@ public:
         m_Elements[r][3] = w;
         return *this;
     }
+    /// Sets one row. The index is not checked.
     C3DMatrix44Tpl & SetRow(int r, C3DVector4Tpl<T> const & v) { return SetRow(r, v.X, v.Y, v.Z, v.W); }
+    /// Sets one column; the mask byte stays. The index is not checked.
     C3DMatrix44Tpl & SetCol(int c, T x, T y, T z, T w)
     {
         m_Elements[0][c] = x;
@@ -114,10 +122,12 @@ public:
         m_Elements[3][c] = w;
         return *this;
     }
+    /// Sets one column. The index is not checked.
     C3DMatrix44Tpl & SetCol(int c, C3DVector4Tpl<T> const & v) { return SetCol(c, v.X, v.Y, v.Z, v.W); }
 
-    /// One element; the indices are not checked.
+    /// The element in row r and column c; the indices are not checked.
     T Get(int r, int c) const { return m_Elements[r][c]; }
+    /// Sets the element in row r and column c; the indices are not checked.
     C3DMatrix44Tpl & Set(int r, int c, T value)
     {
         m_Elements[r][c] = value;
@@ -126,9 +136,12 @@ public:
 
     /// The sixteen elements as an array, row by row.
     T * GetArray() { return reinterpret_cast<T *>(this); }
+    /// The sixteen elements as an array, row by row, for reading.
     T const * GetArray() const { return reinterpret_cast<T const *>(this); }
 
+    /// The mask byte; undefined until something has written it.
     unsigned char GetMaskInfo() const { return m_MaskInfo; }
+    /// Writes the mask byte and no element.
     C3DMatrix44Tpl & SetMaskInfo(unsigned char const & mask)
     {
         m_MaskInfo = mask;
@@ -145,15 +158,20 @@ public:
 
     /// Exact comparison by "below" and "above": a NaN compares equal to anything.
     bool operator==(C3DMatrix44Tpl const & other) const;
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DMatrix44Tpl const & other) const { return !(*this == other); }
 
+    /// 1 when every element is below `epsilon` in magnitude. At an `epsilon` of 0 not even the null matrix is null,
+    /// unlike a null vector.
     int IsNull(T epsilon = math::detail::k_StandardTolerance<T>) const;
+    /// True when every element off the diagonal is below `epsilon` in magnitude.
     bool IsDiagonal(T epsilon = math::detail::k_StandardTolerance<T>) const;
 
     /// Every element compares equal to the identity's.
     bool IsExactlyIdentity() const;
 
-    /// With an `epsilon` of 0 the exact test: the identity passes it here, while C3DMatrix33Tpl::IsIdentity fails it.
+    /// True when every element differs from the identity's by less than `epsilon`. An `epsilon` of 0 makes the test
+    /// exact: the identity passes it here, while it fails C3DMatrix33Tpl::IsIdentity.
     bool IsIdentity(T epsilon = math::detail::k_StandardTolerance<T>) const;
 
     /// 1 when the determinant is exactly 0 or a NaN. The tolerance is not read.
@@ -163,7 +181,10 @@ public:
     /// \name Arithmetic
     /// The target may be any operand; its mask byte stays.
     ///@{
+
+    /// The target plus b.
     C3DMatrix44Tpl & Add(C3DMatrix44Tpl const & b) { return Add(*this, b); }
+    /// a + b.
     C3DMatrix44Tpl & Add(C3DMatrix44Tpl const & a, C3DMatrix44Tpl const & b)
     {
         for (int i = 0; i < 16; ++i)
@@ -173,8 +194,9 @@ public:
         return *this;
     }
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DMatrix44Tpl & Sub(C3DMatrix44Tpl const & b) { return Sub(*this, b); }
+    /// a - b.
     C3DMatrix44Tpl & Sub(C3DMatrix44Tpl const & a, C3DMatrix44Tpl const & b)
     {
         for (int i = 0; i < 16; ++i)
@@ -184,8 +206,11 @@ public:
         return *this;
     }
 
+    /// The target times a scalar.
     C3DMatrix44Tpl & Mul(T factor) { return Mul(*this, factor); }
+    /// A scalar times a.
     C3DMatrix44Tpl & Mul(T factor, C3DMatrix44Tpl const & a) { return Mul(a, factor); }
+    /// a times a scalar.
     C3DMatrix44Tpl & Mul(C3DMatrix44Tpl const & a, T factor)
     {
         for (int i = 0; i < 16; ++i)
@@ -197,10 +222,12 @@ public:
 
     /// Scales by the reciprocal of the divisor, which is not tested.
     C3DMatrix44Tpl & Div(T divisor) { return Div(*this, divisor); }
+    /// a by the divisor, in the same way.
     C3DMatrix44Tpl & Div(C3DMatrix44Tpl const & a, T divisor) { return Mul(a, T(1) / divisor); }
 
-    /// Flips the sign of every element: a zero becomes a negative zero.
+    /// Flips the sign of every element of the target: a zero becomes a negative zero.
     C3DMatrix44Tpl & Negate() { return Negate(*this); }
+    /// a with the sign of every element flipped.
     C3DMatrix44Tpl & Negate(C3DMatrix44Tpl const & a)
     {
         for (int i = 0; i < 16; ++i)
@@ -245,7 +272,9 @@ public:
         return Mul(a, transposed.Transpose(b));
     }
 
+    /// The transpose of the target.
     C3DMatrix44Tpl & Transpose() { return Transpose(*this); }
+    /// The transpose of a.
     C3DMatrix44Tpl & Transpose(C3DMatrix44Tpl const & a)
     {
         T const(&m)[4][4] = a.m_Elements;
@@ -267,10 +296,12 @@ public:
     /// the standard tolerance. That test is absolute: 1e-13 times the identity is singular here, while C3DMatrix33Tpl
     /// inverts its like.
     int Invert() { return Invert(*this); }
+    /// The inverse of a, under the same test.
     int Invert(C3DMatrix44Tpl const & a);
 
-    /// The transpose of the inverse, under the same test.
+    /// The transpose of the inverse of the target, under the same test.
     int TransposeInverse() { return TransposeInverse(*this); }
+    /// The transpose of the inverse of a, under the same test.
     int TransposeInverse(C3DMatrix44Tpl const & a);
     ///@}
 
@@ -294,7 +325,9 @@ protected:
     /// that serves and not for the largest.
     int ComputeInverse(T const (*const a)[4], T (*const out)[4], int transposed);
 
+    /// Element [r][c] stands in row r and column c.
     T m_Elements[4][4];
+    /// The mask byte, behind the elements.
     unsigned char m_MaskInfo;
 };
 

@@ -28,7 +28,7 @@ public:
     /// Frees the rows.
     ~C3DMatrixMN();
 
-    /// **Shares the rows of `other` instead of copying them; use `Set` for a copy.** The sizes and the pointer to the
+    /// **Shares the rows of `other` instead of copying them; use `Set` for a copy**. The sizes and the pointer to the
     /// rows are copied and nothing else: rows that this matrix held before are lost without being freed, and afterwards
     /// both destructors free the same rows. A caller that uses it has to part the two again before the first is
     /// destroyed, by assigning an empty matrix to one of them.
@@ -48,8 +48,9 @@ public:
     /// \name Elements
     ///@{
 
-    /// One element; the indices are not checked.
+    /// The element in row r and column c; the indices are not checked.
     double Get(int r, int c) const;
+    /// Sets the element in row r and column c; the indices are not checked.
     void Set(int r, int c, double value);
 
     /// 1 where row and column agree, 0 elsewhere; the matrix may be rectangular.
@@ -67,11 +68,14 @@ public:
     /// All run over the size of this matrix, which stays.
     ///@{
 
-    /// Element sums and differences, a - b in the form with two operands. Operands must be at least as large as this
-    /// matrix, which may be any of them.
+    /// This plus b, element by element. Operands of sums and differences must be at least as large as this matrix,
+    /// which may be any of them.
     C3DMatrixMN & Add(C3DMatrixMN const & b);
+    /// a + b.
     C3DMatrixMN & Add(C3DMatrixMN const & a, C3DMatrixMN const & b);
+    /// This minus b.
     C3DMatrixMN & Sub(C3DMatrixMN const & b);
+    /// a - b.
     C3DMatrixMN & Sub(C3DMatrixMN const & a, C3DMatrixMN const & b);
 
     /// The transpose of `a`, which must not be this matrix.
@@ -92,8 +96,8 @@ public:
     /// \name Pseudo-inverse
     ///@{
 
-    /// The Moore-Penrose pseudo-inverse of `a` by recursion over its columns: T. N. E. Greville, "Some applications of
-    /// the pseudoinverse of a matrix", SIAM Review 2 (1960).
+    /// The Moore-Penrose pseudo-inverse of `a` by recursion over its columns. (T. N. E. Greville, "Some applications
+    /// of the pseudoinverse of a matrix", SIAM Review 2, 1960.)
     ///
     /// A column counts as dependent on the ones before it where what they leave unexplained of it, in the sum of its
     /// magnitudes, is below 0.0001 of the column. A remainder, or first column, of length 1e-5 or less counts as

@@ -44,9 +44,9 @@ struct C3DInitRequest_DoNotInitialize
 /// A coordinate axis. The values serve as component indices wherever an `int` selects a component.
 enum tagE3DAXISTYPE : int
 {
-    E3D_AXIS_X = 0,
-    E3D_AXIS_Y = 1,
-    E3D_AXIS_Z = 2
+    E3D_AXIS_X = 0, ///< The X axis.
+    E3D_AXIS_Y = 1, ///< The Y axis.
+    E3D_AXIS_Z = 2  ///< The Z axis.
 };
 
 /// Three-way comparison with a tolerance relative to the binary order of the larger operand: the limit is

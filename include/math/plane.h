@@ -38,7 +38,9 @@ public:
     C3DPlane(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & first,
              C3DVector3Tpl<double> const & second);
 
+    /// Copies origin, normal and tangents of another plane.
     void Set(C3DPlane const & plane);
+    /// Stores the point at u = v = 0 and keeps normal and tangents.
     void SetOrigin(C3DVector3Tpl<double> const & origin);
 
     /// The normal as given; the tangents by GetOrthogonalBasis.
@@ -56,9 +58,13 @@ public:
     /// The stored normal, which is the same everywhere. Returns 0.
     long GetNormal(double u, double v, C3DVector3Tpl<double> & normal) const;
 
+    ///@}
+
+    /// \name Comparison
     /// Exact comparison by "below" and "above" of all four vectors: a NaN compares equal to anything. Neither operator
     /// is const, so the left operand must not be. (The language also tries each comparison with its operands swapped.
     /// The forms for a plane that is not const, named or not, keep those from being the better match.)
+    ///@{
     int operator==(C3DPlane const & other);
     int operator==(C3DPlane & other);
     int operator==(C3DPlane && other);
@@ -139,6 +145,7 @@ public:
     ///@}
 
 private:
+    /// Both tangents by GetOrthogonalBasis of the normal as it is stored.
     void ComputeTangentsFromNormal();
     bool IsDifferentFrom(C3DPlane const & other) const;
 

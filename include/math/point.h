@@ -11,8 +11,10 @@ class MATH_API C3DPoint : public C3DMathGeometry
 public:
     /// The origin.
     C3DPoint();
+    /// At a position.
     explicit C3DPoint(C3DVector3Tpl<double> const & position);
 
+    /// Moves the point to a position.
     void SetPos(C3DVector3Tpl<double> const & position);
 
     /// Writes the position and returns 0.
@@ -22,10 +24,11 @@ public:
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
 
     /// \name Contacts
-    /// All three answer. Against a sphere a failing pose is ignored and counts as the world's origin, without a scale;
-    /// the radius is scaled by the greatest factor, sign included, and the stored center plays no part. Against a box
-    /// the world position of the point is taken from the space of its own pose into that of the box, so that it is
-    /// right for a pose at the origin alone; the record stays in the space of the box.
+    /// This point against another point, a sphere or a box: all three answer. Against a sphere a failing pose is
+    /// ignored and counts as the world's origin, without a scale; the radius is scaled by the greatest factor, sign
+    /// included, and the stored center plays no part. Against a box the world position of the point is taken from the
+    /// space of its own pose into that of the box, so that it is right for a pose at the origin alone; the record stays
+    /// in the space of the box.
     ///@{
     long Intersect_Point(I3DPose_QN * const pose, C3DPoint const & other, I3DPose_QN * const otherPose,
                          unsigned long & flags, tagS3DGEOMINFO * info, double tolerance, double unused) const override;

@@ -8,6 +8,8 @@
 #include "math/contact_record.h"
 #include "math/vector3.h"
 
+/// Two points, which touch where they are no farther apart than the tolerance.
+///
 /// \param a,b the points
 /// \param flags 4 where their distance is above `tol`, else 0x20000 (touching)
 /// \param info receives the distance less `tol`, and a as the position
@@ -15,6 +17,8 @@
 MATH_API long F3DWorldPointVsPointIntersection(C3DVector3Tpl<double> const & a, C3DVector3Tpl<double> const & b,
                                                unsigned long & flags, tagS3DGEOMINFO * info, double tol);
 
+/// A point against a sphere.
+///
 /// \param point the point
 /// \param center,radius the sphere
 /// \param flags 4 outside, 0x20000 on the surface, 0x40000 inside
@@ -30,6 +34,8 @@ MATH_API long F3DWorldPointVsSphereIntersection(C3DVector3Tpl<double> const & po
                                                 C3DVector3Tpl<double> const & center, double const & radius,
                                                 unsigned long & flags, C3DVector3Tpl<double> & offset, double tol);
 
+/// Two spheres, taken as solids: one within the other overlaps it.
+///
 /// \param c1,r1 the first sphere
 /// \param c2,r2 the second sphere
 /// \param flags 4 apart, 0x20000 touching, 0x10000 overlapping; 0x100000 where both the distance of the centers and the

@@ -177,8 +177,9 @@ public:
     C3DQuatTpl & Invert() { return Conjugate(); }
     C3DQuatTpl & Invert(C3DQuatTpl const & a) { return Conjugate(a); }
 
-    /// The length in four dimensions, 1 for a rotation, and its square.
+    /// The square of the length in four dimensions, 1 for a rotation.
     T GetSquaredLength() const { return W * W + X * X + Y * Y + Z * Z; }
+    /// The length in four dimensions, 1 for a rotation.
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
 
     /// The Hamilton product a b: b acts first.

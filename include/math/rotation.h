@@ -148,9 +148,9 @@ public:
     /// from, or Y.
     int Set(C3DVector3Tpl<double> const & from, C3DVector3Tpl<double> const & to, int & degenerate);
 
-    /// Another order. With `keepRotation` not 0 the rotation stays and its angles change where they have to: a single
-    /// angle, and two angles whose axes keep their sequence, keep their numbers and turns; others are extracted anew,
-    /// in (-pi, pi]. With `keepRotation` 0 the same angles are read in the new order, another rotation.
+    /// Another order of the Euler angles. With `keepRotation` not 0 the rotation stays and its angles change where they
+    /// have to: a single angle, and two angles whose axes keep their sequence, keep their numbers and turns; others are
+    /// extracted anew, in (-pi, pi]. With `keepRotation` 0 the same angles are read in the new order, another rotation.
     C3DRotation & Set(tagE3DROTORDER order, int keepRotation);
 
     /// A copy of a rotation, of its valid forms. With `keepOwnOrder` not 0 this object keeps its order, in the manner
@@ -213,13 +213,15 @@ public:
     /// \name Rotating vectors
     ///@{
 
-    /// v M, and by the inverse rotation. The vectors may be one object.
+    /// Rotates a vector: v M. The vectors may be one object.
     void RotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out);
+    /// Rotates a vector by the inverse. The vectors may be one object.
     void InvRotateVct(C3DVector3Tpl<double> const & in, C3DVector3Tpl<double> & out);
 
-    /// n vectors; the arrays may be one and the same, but not overlap otherwise. An n below 1 does nothing. The results
-    /// are to the bit those of one vector at a time.
+    /// Rotates n vectors. The arrays may be one and the same, but not overlap otherwise. An n below 1 does nothing. The
+    /// results are to the bit those of one vector at a time.
     void RotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out);
+    /// Rotates n vectors by the inverse, under the same conditions.
     void InvRotateVct(C3DVector3Tpl<double> const * in, long n, C3DVector3Tpl<double> * out);
     ///@}
 
@@ -234,7 +236,7 @@ public:
     /// `Set(order, 0)`. On a failure of reading, its code; the angles may then hold what was read of them.
     long Load(IStream * stream);
 
-    /// Print the label (if not null), a line that names the form, and the form; angles in degrees.
+    /// Prints the label (if not null), a line that names the form, and the form; angles in degrees.
     void DumpQuat(wchar_t const * name, std::ostream & stream);
     void DumpMatrix(wchar_t const * name, std::ostream & stream);
     void DumpAxisAngle(wchar_t const * name, std::ostream & stream);
@@ -243,7 +245,7 @@ public:
 
 protected:
     /// \name Marks of the source
-    /// They name the source of truth and make the other forms stale. The identity mark stays.
+    /// Name one form the source of truth and make the other forms stale. The identity mark stays.
     ///@{
     void SetQuatRep();
     void SetMatrixRep();

@@ -15,7 +15,8 @@
 /// \param result the compensated factors; always written, with the values of `scale` where nothing is adjusted. It may
 /// be `scale`.
 /// \param allowed the axes that may be adjusted; those that are also in `changed`, and bits above the three, are
-/// ignored \return 0 when the compensation was done, or when `changed` is 0 or above 7, so that there was nothing to
+/// ignored
+/// \return 0 when the compensation was done, or when `changed` is 0 or above 7, so that there was nothing to
 /// do; 1 when it cannot be done: a changed factor is 0, or no axis is left to adjust
 ///
 /// Each adjusted factor is multiplied by |1 / p|, p the product of the changed factors, or by its square root where two

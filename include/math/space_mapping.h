@@ -18,12 +18,13 @@ enum tagE3DVECTORTYPE : int
     E3DVECTORTYPE_DIRECTION = 2 ///< directions: rotation alone
 };
 
-/// The matrix out of a space into the world, with sign bits that are consistent. Another type leaves `out`.
+/// The matrix out of a space into the world, with sign bits that are consistent. A value that names no type leaves
+/// `out` as it was.
 MATH_API C3DXfoMatTpl<double> & GetMapSpaceToWorld(tagE3DVECTORTYPE type, C3DTransfo & space,
                                                    C3DXfoMatTpl<double> & out);
 
-/// The matrix from the world into a space. Another type leaves `out`, and so does a singular matrix for
-/// `E3DVECTORTYPE_FULL`.
+/// The matrix from the world into a space. A value that names no type leaves `out` as it was, and so does a singular
+/// matrix for `E3DVECTORTYPE_FULL`.
 MATH_API C3DXfoMatTpl<double> & GetMapWorldToSpace(tagE3DVECTORTYPE type, C3DTransfo & space,
                                                    C3DXfoMatTpl<double> & out);
 

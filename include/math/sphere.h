@@ -24,15 +24,22 @@ public:
 
     /// Radius 1e-6 about the origin.
     C3DBaseSphere();
+    /// About the origin.
     explicit C3DBaseSphere(double radius);
+    /// The center as given.
     C3DBaseSphere(double radius, C3DVector3Tpl<double> const & center);
 
+    /// The radius by the rule of the class, the center as given.
     void Set(double radius, C3DVector3Tpl<double> const & center);
     /// **Copies the radius alone:** the center stays. Assignment copies both.
     void Set(C3DBaseSphere const & sphere);
+    /// A radius not above 1e-6, or a NaN, becomes 1e-6.
     void SetRadius(double radius);
+    /// Moves the sphere.
     void SetCenter(C3DVector3Tpl<double> const & center);
+    /// Writes the radius, which is 1e-6 at least.
     void GetRadius(double & radius) const;
+    /// Writes the center.
     void GetCenter(C3DVector3Tpl<double> & center) const;
     ///@}
 
@@ -43,7 +50,7 @@ public:
     long GetDistanceFrom(C3DVector3Tpl<double> const & point, double & distance) const;
 
     /// The parameters of the point's direction from the center: u and v from 0 to 1, both included; zeros for a point
-    /// within 1e-12 of the center on every axis. Returns 0.
+    /// within 1e-12 of the center on every axis; a point with a NaN is not, and gives NaNs. Returns 0.
     long ProjectOn(C3DVector3Tpl<double> const & point, double & u, double & v) const;
 
     /// The point of the surface. Returns 0.
@@ -56,7 +63,8 @@ public:
     ///@}
 
     /// \name Contacts
-    /// All three answer; with a record they also give the parameters of the contact on this sphere.
+    /// This sphere against a point, another sphere or a box: all three answer. With a record they also give the
+    /// parameters of the contact on this sphere.
     ///
     /// Against a point or a sphere the radius is scaled by the greatest factor of the pose, sign included, so that
     /// three negative factors make it negative; against a box by the greatest magnitude. A point stands where its pose
@@ -155,9 +163,11 @@ public:
 private:
     friend class math::detail::SphereInspector;
 
+    /// A step along `direction` that brings a point, of which `translation` is the way to the center, to the surface of
+    /// a sphere about the origin; into `translation`. The null vector for a null direction. Returns 0.
     long FindBetterTranslation(C3DVector3Tpl<double> const & direction, C3DVector3Tpl<double> & translation) const;
 
 protected:
-    double m_Radius;
-    C3DVector3Tpl<double> m_Center;
+    double m_Radius;                ///< At least 1e-6.
+    C3DVector3Tpl<double> m_Center; ///< As it was given.
 };

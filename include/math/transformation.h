@@ -92,7 +92,7 @@ public:
     ~C3DTransfo();
 
     /// A copy byte by byte, the pointer to the scaling orientation included: **where there is one, both objects own it
-    /// afterwards, and the target's former one is lost.** For a copy use `Set(C3DTransfo const &)`.
+    /// afterwards, and the target's former one is lost**. For a copy use `Set(C3DTransfo const &)`.
     C3DTransfo & operator=(C3DTransfo const & source);
 
     /// Bytes behind the plain object: the pointer to a scaling orientation, and the orientation where there is one.
@@ -128,10 +128,12 @@ public:
 
     /// Chooses how transformations compose into this one. A change leaves the truth in the components.
     void SetQNScalingFlag(int on);
+    /// How transformations compose into this one: 1 by component, 0 by matrix.
     int GetQNScalingFlag() const;
 
     /// With this flag a copy into this object keeps its order of rotation.
     void SetPreserveRotOrderFlag(int on);
+    /// 1 where a copy into this object keeps its order of rotation, else 0.
     int GetPreserveRotOrderFlag() const;
 
     /// All components as those of the identity, flagged as such; the order of rotation stays.
@@ -139,18 +141,18 @@ public:
     /// The components of a mask. The identity flag is set for the mask 63 alone.
     void SetIdentity(unsigned char mask);
 
-    /// Changes the translation wherever it is up to date, so that nothing becomes stale.
+    /// Sets the translation, in components and matrix alike, wherever it is up to date, so that nothing becomes stale.
     void SetTranslation(C3DVector3Tpl<double> const & translation);
     void SetTranslation(double x, double y, double z);
 
-    /// Clears the identity flag always.
+    /// Sets the factors of scale, and clears the identity flag always.
     void SetScaling(C3DVector3Tpl<double> const & scaling);
-    /// Clears the identity flag unless all three factors are 1.
+    /// Sets the factors of scale, and clears the identity flag unless all three are 1.
     void SetScaling(double x, double y, double z);
-    /// The scaling along the axes of a scaling orientation, which is replaced too.
+    /// Sets the scaling along the axes of a scaling orientation, which is replaced too.
     void SetScaling(C3DVector3Tpl<double> const & scaling, C3DRotation const & scalingOrientation);
 
-    /// As C3DRotation::Set with the same arguments; angles are in the rotation's own order.
+    /// Sets the rotation, as C3DRotation::Set with the same arguments; angles are in the rotation's own order.
     void SetRotation(C3DRotation const & rotation);
     void SetRotation(C3DQuatTpl<double> const & quat);
     void SetRotation(C3DRotMatTpl<double> const & mat);
@@ -158,16 +160,19 @@ public:
     void SetRotation(C3DVector3Tpl<double> const & axis, double angle);
     void SetRotation(C3DVector3Tpl<double> const & angles);
     void SetRotation(double x, double y, double z);
-    /// Acts on the rotation as it was before the matrix was set, where a matrix was.
+    /// Another order for the rotation, as C3DRotation::Set; where a matrix was set, it acts on the rotation as it was
+    /// before that.
     void SetRotation(tagE3DROTORDER order, int keepRotation);
-    /// Returns 0 where C3DRotation::Set does: the rotation is then the identity, and **a matrix that was up to date is
-    /// not marked stale**.
+    /// Sets the shortest rotation from one direction to another. Returns 0 where C3DRotation::Set does: the rotation is
+    /// then the identity, and **a matrix that was up to date is not marked stale**.
     int SetRotation(C3DVector3Tpl<double> const & from, C3DVector3Tpl<double> const & to, int & degenerate);
 
-    /// Angles in order XYZ. The identity flag stays, and so does an orientation of angles 0 until a matrix is made.
+    /// Sets the scaling orientation by angles in order XYZ. The identity flag stays, and so does an orientation of
+    /// angles 0 until a matrix is made.
     void SetScalingOrientation(C3DVector3Tpl<double> const & angles);
     void SetScalingOrientation(double x, double y, double z);
-    /// Where it is almost the identity it is deleted, and **a matrix that was up to date is not marked stale**.
+    /// Sets the scaling orientation. Where it is almost the identity it is deleted, and **a matrix that was up to date
+    /// is not marked stale**.
     void SetScalingOrientation(C3DRotation const & scalingOrientation);
     ///@}
 
@@ -179,29 +184,30 @@ public:
     /// The factors of scale, with their signs.
     void GetScaling(C3DVector3Tpl<double> & scaling);
     void GetScaling(double & x, double & y, double & z);
-    /// Leaves the second argument where there is no scaling orientation.
+    /// The factors of scale and the axes along which they act; the second argument stays as it was where there is no
+    /// scaling orientation.
     void GetScaling(C3DVector3Tpl<double> & scaling, C3DRotation & scalingOrientation);
 
-    /// A copy, in this object's order.
+    /// A copy of the rotation, in this object's order.
     void GetRotation(C3DRotation & rotation);
     /// The rotation in the form of the argument.
     void GetRotation(C3DQuatTpl<double> & quat);
     void GetRotation(C3DRotMatTpl<double> & mat);
     /// The inner matrix, valid until the next change.
     C3DRotMatTpl<double> const * GetRotation();
-    /// Euler angles in the order that GetXYZRotOrder tells.
+    /// The rotation as Euler angles in the order that GetXYZRotOrder tells.
     void GetRotation(C3DVector3Tpl<double> & angles);
     void GetRotation(double & x, double & y, double & z);
-    /// The axis and the angle about it.
+    /// The rotation as an axis and the angle about it.
     void GetRotation(C3DVector3Tpl<double> & axis, double & angle);
 
     /// The translation. Nothing is brought up to date.
     void GetTranslation(C3DVector3Tpl<double> & translation);
     void GetTranslation(double & x, double & y, double & z);
 
-    /// The identity where there is none.
+    /// The scaling orientation, the identity where there is none.
     void GetScalingOrientation(C3DRotation & scalingOrientation);
-    /// Its angles in its own order, zeros where there is none.
+    /// The angles of the scaling orientation, in its own order; zeros where there is none.
     void GetScalingOrientation(C3DVector3Tpl<double> & angles);
     void GetScalingOrientation(double & x, double & y, double & z);
     /// Whether there is a scaling orientation that is not almost the identity.

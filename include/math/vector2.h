@@ -24,14 +24,15 @@ template <typename T>
 class C3DVector2Tpl
 {
 public:
-    T X;
-    T Y;
+    T X; ///< The first component.
+    T Y; ///< The second component.
 
     /// \name Construction and access
     ///@{
 
     /// The null vector.
     C3DVector2Tpl() : X(0), Y(0) {}
+    /// (x, y).
     C3DVector2Tpl(T x, T y) : X(x), Y(y) {}
 
     /// Copies two consecutive scalars.
@@ -41,12 +42,14 @@ public:
     /// Two integer arguments select this constructor: write `C3DVector2Tpl<double>(1.0, 2.0)` for a point.
     C3DVector2Tpl(int axis, T value) : X(axis == 0 ? value : T(0)), Y(axis == 1 ? value : T(0)) {}
 
+    /// Becomes (x, y).
     C3DVector2Tpl & Set(T x, T y)
     {
         X = x;
         Y = y;
         return *this;
     }
+    /// Becomes a copy.
     C3DVector2Tpl & Set(C3DVector2Tpl const & vector) { return *this = vector; }
 
     /// Sets component 0 or 1; any other index changes nothing. It is not called Set, which takes two scalars here.
@@ -62,17 +65,20 @@ public:
         }
         return *this;
     }
+    /// Sets X and leaves the others.
     C3DVector2Tpl & SetX(T x)
     {
         X = x;
         return *this;
     }
+    /// Sets Y and leaves the others.
     C3DVector2Tpl & SetY(T y)
     {
         Y = y;
         return *this;
     }
 
+    /// All components at once.
     void Get(T & x, T & y) const
     {
         x = X;
@@ -81,15 +87,19 @@ public:
 
     /// Component 0; any other index gives Y.
     T Get(int index) const { return index == 0 ? X : Y; }
+    /// X.
     T GetX() const { return X; }
+    /// Y.
     T GetY() const { return Y; }
 
     /// The component; the index is not checked.
     T & operator[](unsigned long index) { return GetArray()[index]; }
+    /// The component, for reading; the index is not checked.
     T const & operator[](unsigned long index) const { return GetArray()[index]; }
 
     /// The two components as an array.
     T * GetArray() { return reinterpret_cast<T *>(this); }
+    /// The components as an array, for reading.
     T const * GetArray() const { return reinterpret_cast<T const *>(this); }
 
     /// Bytes held outside the object: none.
@@ -113,43 +123,61 @@ public:
     {
         return !(X < other.X || X > other.X || Y < other.Y || Y > other.Y);
     }
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DVector2Tpl const & other) const { return !(*this == other); }
     ///@}
 
     /// \name Arithmetic
     /// Nothing is tested. The target may be any operand.
     ///@{
+
+    /// All components 0.
     C3DVector2Tpl & SetNull() { return Set(0, 0); }
 
+    /// The opposite of the target.
     C3DVector2Tpl & Negate() { return Negate(*this); }
+    /// -a.
     C3DVector2Tpl & Negate(C3DVector2Tpl const & a) { return Set(-a.X, -a.Y); }
 
+    /// The target plus b.
     C3DVector2Tpl & Add(C3DVector2Tpl const & b) { return Add(*this, b); }
+    /// a + b.
     C3DVector2Tpl & Add(C3DVector2Tpl const & a, C3DVector2Tpl const & b) { return Set(a.X + b.X, a.Y + b.Y); }
+    /// The target plus (x, y).
     C3DVector2Tpl & Add(T x, T y) { return Set(X + x, Y + y); }
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DVector2Tpl & Sub(C3DVector2Tpl const & b) { return Sub(*this, b); }
+    /// a - b.
     C3DVector2Tpl & Sub(C3DVector2Tpl const & a, C3DVector2Tpl const & b) { return Set(a.X - b.X, a.Y - b.Y); }
+    /// The target minus (x, y).
     C3DVector2Tpl & Sub(T x, T y) { return Set(X - x, Y - y); }
 
+    /// The target times a scalar.
     C3DVector2Tpl & Mul(T factor) { return Mul(*this, factor); }
+    /// A scalar times a.
     C3DVector2Tpl & Mul(T factor, C3DVector2Tpl const & a) { return Mul(a, factor); }
+    /// a times a scalar.
     C3DVector2Tpl & Mul(C3DVector2Tpl const & a, T factor) { return Set(a.X * factor, a.Y * factor); }
 
     /// Scales by the reciprocal of the divisor, taken once; a zero divisor gives infinities or NaNs.
     C3DVector2Tpl & Div(T divisor) { return Div(*this, divisor); }
+    /// a by the divisor, in the same way.
     C3DVector2Tpl & Div(C3DVector2Tpl const & a, T divisor) { return Mul(a, T(1) / divisor); }
 
-    /// Component by component.
+    /// The target times b, component by component.
     C3DVector2Tpl & MulComp(C3DVector2Tpl const & b) { return MulComp(*this, b); }
+    /// a times b, component by component.
     C3DVector2Tpl & MulComp(C3DVector2Tpl const & a, C3DVector2Tpl const & b) { return Set(a.X * b.X, a.Y * b.Y); }
 
-    /// Component by component, with true quotients.
+    /// The target by b, component by component, with true quotients.
     C3DVector2Tpl & DivComp(C3DVector2Tpl const & b) { return DivComp(*this, b); }
+    /// a by b, component by component, with true quotients.
     C3DVector2Tpl & DivComp(C3DVector2Tpl const & a, C3DVector2Tpl const & b) { return Set(a.X / b.X, a.Y / b.Y); }
 
+    /// The Euclidean length: infinite where a square overflows, 0 where all underflow.
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
+    /// The sum of the squares of the components.
     T GetSquaredLength() const { return X * X + Y * Y; }
     ///@}
 
@@ -192,6 +220,7 @@ public:
     /// and the result would be the null vector.
     C3DVector2Tpl & SetMirror(C3DVector2Tpl const & p, C3DVector2Tpl const & c);
 
+    /// The point half-way between a and b.
     C3DVector2Tpl & SetMidpoint(C3DVector2Tpl const & a, C3DVector2Tpl const & b)
     {
         return Set((a.X + b.X) * T(0.5), (a.Y + b.Y) * T(0.5));
@@ -252,13 +281,15 @@ public:
     int SetIntersection(C3DVector2Tpl const & p, C3DVector2Tpl const & d, C3DVector2Tpl const & q,
                         C3DVector2Tpl const & e, T epsilon = math::detail::k_StandardTolerance<T>);
 
-    /// The larger and the smaller component. `magnitudes` 0 compares signed values; anything else compares absolute
+    /// The larger component. `magnitudes` 0 compares signed values; anything else compares absolute
     /// values and returns one.
     T GetMaxComponent(int magnitudes) const;
+    /// The smaller component, under the same choice.
     T GetMinComponent(int magnitudes) const;
 
-    /// Their indices; a tie yields 1.
+    /// The index of the larger component, signed or by magnitude as in GetMaxComponent; a tie yields 1.
     int GetIndexOfMaxComponent(int magnitudes) const;
+    /// The index of the smaller component; a tie yields 1.
     int GetIndexOfMinComponent(int magnitudes) const;
 
     /// A floor for each component. With `magnitudes` 0 a component becomes the greater of itself and its limit. With

@@ -30,9 +30,9 @@ template <typename T>
 class C3DVector3Tpl
 {
 public:
-    T X;
-    T Y;
-    T Z;
+    T X; ///< The first component.
+    T Y; ///< The second component.
+    T Z; ///< The third component.
 
     /// Every component one; its length is the square root of 3.
     static C3DVector3Tpl const k_UnitVector;
@@ -42,6 +42,7 @@ public:
 
     /// Writes nothing: the components stay as the memory was.
     C3DVector3Tpl() {} // NOLINT(modernize-use-equals-default): value initialisation must not clear the components.
+    /// (x, y, z).
     C3DVector3Tpl(T x, T y, T z) : X(x), Y(y), Z(z) {}
 
     /// Copies three consecutive scalars.
@@ -53,11 +54,14 @@ public:
     {
     }
 
-    /// From the package's `float` vector; the conversion back narrows to `float`.
+    /// From the package's `float` vector: every value is kept.
     C3DVector3Tpl(QN_Vector const & vector);
+    /// Becomes the package's `float` vector.
     C3DVector3Tpl & operator=(QN_Vector const & vector);
+    /// To the package's `float` vector. `double` components are rounded to `float`.
     operator QN_Vector() const;
 
+    /// Becomes (x, y, z).
     C3DVector3Tpl & Set(T x, T y, T z)
     {
         X = x;
@@ -65,6 +69,7 @@ public:
         Z = z;
         return *this;
     }
+    /// Becomes a copy.
     C3DVector3Tpl & Set(C3DVector3Tpl const & vector) { return *this = vector; }
 
     /// Sets component 0, 1 or 2; any other index changes nothing.
@@ -76,22 +81,26 @@ public:
         }
         return *this;
     }
+    /// Sets X and leaves the others.
     C3DVector3Tpl & SetX(T x)
     {
         X = x;
         return *this;
     }
+    /// Sets Y and leaves the others.
     C3DVector3Tpl & SetY(T y)
     {
         Y = y;
         return *this;
     }
+    /// Sets Z and leaves the others.
     C3DVector3Tpl & SetZ(T z)
     {
         Z = z;
         return *this;
     }
 
+    /// All components at once.
     void Get(T & x, T & y, T & z) const
     {
         x = X;
@@ -101,16 +110,21 @@ public:
 
     /// Component 0 or 1; any other index gives Z.
     T Get(int index) const { return index == 0 ? X : (index == 1 ? Y : Z); }
+    /// X.
     T GetX() const { return X; }
+    /// Y.
     T GetY() const { return Y; }
+    /// Z.
     T GetZ() const { return Z; }
 
     /// The component; the index is not checked.
     T & operator[](unsigned long index) { return GetArray()[index]; }
+    /// The component, for reading; the index is not checked.
     T const & operator[](unsigned long index) const { return GetArray()[index]; }
 
     /// The three components as an array.
     T * GetArray() { return reinterpret_cast<T *>(this); }
+    /// The components as an array, for reading.
     T const * GetArray() const { return reinterpret_cast<T const *>(this); }
 
     /// Bytes held outside the object: none.
@@ -135,56 +149,74 @@ public:
     {
         return !(X < other.X || X > other.X || Y < other.Y || Y > other.Y || Z < other.Z || Z > other.Z);
     }
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DVector3Tpl const & other) const { return !(*this == other); }
     ///@}
 
     /// \name Arithmetic
     /// Nothing is tested. The target may be any operand.
     ///@{
+
+    /// All components 0.
     C3DVector3Tpl & SetNull() { return Set(0, 0, 0); }
 
+    /// The opposite of the target.
     C3DVector3Tpl & Negate() { return Negate(*this); }
+    /// -a.
     C3DVector3Tpl & Negate(C3DVector3Tpl const & a) { return Set(-a.X, -a.Y, -a.Z); }
 
+    /// The target plus b.
     C3DVector3Tpl & Add(C3DVector3Tpl const & b) { return Add(*this, b); }
+    /// a + b.
     C3DVector3Tpl & Add(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
     {
         return Set(a.X + b.X, a.Y + b.Y, a.Z + b.Z);
     }
+    /// The target plus (x, y, z).
     C3DVector3Tpl & Add(T x, T y, T z) { return Set(X + x, Y + y, Z + z); }
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DVector3Tpl & Sub(C3DVector3Tpl const & b) { return Sub(*this, b); }
+    /// a - b.
     C3DVector3Tpl & Sub(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
     {
         return Set(a.X - b.X, a.Y - b.Y, a.Z - b.Z);
     }
+    /// The target minus (x, y, z).
     C3DVector3Tpl & Sub(T x, T y, T z) { return Set(X - x, Y - y, Z - z); }
 
+    /// The target times a scalar.
     C3DVector3Tpl & Mul(T factor) { return Mul(*this, factor); }
+    /// A scalar times a.
     C3DVector3Tpl & Mul(T factor, C3DVector3Tpl const & a) { return Mul(a, factor); }
+    /// a times a scalar.
     C3DVector3Tpl & Mul(C3DVector3Tpl const & a, T factor) { return Set(a.X * factor, a.Y * factor, a.Z * factor); }
 
     /// Scales by the reciprocal of the divisor, taken once: not a correctly rounded quotient, and a zero divisor gives
     /// infinities or NaNs.
     C3DVector3Tpl & Div(T divisor) { return Div(*this, divisor); }
+    /// a by the divisor, in the same way.
     C3DVector3Tpl & Div(C3DVector3Tpl const & a, T divisor) { return Mul(a, T(1) / divisor); }
 
-    /// Component by component.
+    /// The target times b, component by component.
     C3DVector3Tpl & MulComp(C3DVector3Tpl const & b) { return MulComp(*this, b); }
+    /// a times b, component by component.
     C3DVector3Tpl & MulComp(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
     {
         return Set(a.X * b.X, a.Y * b.Y, a.Z * b.Z);
     }
 
-    /// Component by component, with true quotients.
+    /// The target by b, component by component, with true quotients.
     C3DVector3Tpl & DivComp(C3DVector3Tpl const & b) { return DivComp(*this, b); }
+    /// a by b, component by component, with true quotients.
     C3DVector3Tpl & DivComp(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
     {
         return Set(a.X / b.X, a.Y / b.Y, a.Z / b.Z);
     }
 
+    /// The Euclidean length: infinite where a square overflows, 0 where all underflow.
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
+    /// The sum of the squares of the components.
     T GetSquaredLength() const { return X * X + Y * Y + Z * Z; }
     ///@}
 
@@ -194,13 +226,15 @@ public:
 
     /// The row product v m: component j is the sum of v_i m[i][j].
     inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DMatrix33Tpl<T> const & m);
+    /// The target as a row times m, in place.
     inline C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m);
 
     /// The column product m v: component i is the sum of m[i][j] v_j.
     inline C3DVector3Tpl & Mul(C3DMatrix33Tpl<T> const & m, C3DVector3Tpl const & v);
 
-    /// The same two products with a rotation.
+    /// The row product v m with a rotation.
     inline C3DVector3Tpl & Mul(C3DVector3Tpl const & v, C3DRotMatTpl<T> const & m);
+    /// The column product m v with a rotation, which undoes the row product.
     inline C3DVector3Tpl & Mul(C3DRotMatTpl<T> const & m, C3DVector3Tpl const & v);
 
     /// The point (v, 1) as a row times m, divided by the resulting w, which is not tested. A component of v that is
@@ -263,6 +297,7 @@ public:
     /// and the result would be the null vector.
     C3DVector3Tpl & SetMirror(C3DVector3Tpl const & p, C3DVector3Tpl const & c);
 
+    /// The point half-way between a and b.
     C3DVector3Tpl & SetMidpoint(C3DVector3Tpl const & a, C3DVector3Tpl const & b)
     {
         return Set((a.X + b.X) * T(0.5), (a.Y + b.Y) * T(0.5), (a.Z + b.Z) * T(0.5));
@@ -299,13 +334,16 @@ public:
     int DecomposeIn2Basis(C3DVector3Tpl const & a, C3DVector3Tpl const & b, T & s, T & t,
                           T epsilon = math::detail::k_StandardTolerance<T>);
 
-    /// The largest and the smallest component. `magnitudes` 0 compares signed values; anything else compares absolute
+    /// The largest component. `magnitudes` 0 compares signed values; anything else compares absolute
     /// values and returns one.
     T GetMaxComponent(int magnitudes) const;
+    /// The smallest component, under the same choice.
     T GetMinComponent(int magnitudes) const;
 
-    /// Their indices. A tie goes to the higher index: three equal values yield 2.
+    /// The index of the largest component, signed or by magnitude as in GetMaxComponent. A tie goes to the higher
+    /// index: three equal values yield 2.
     int GetIndexOfMaxComponent(int magnitudes) const;
+    /// The index of the smallest component; a tie goes to the higher index.
     int GetIndexOfMinComponent(int magnitudes) const;
 
     /// A floor for each component. With `magnitudes` 0 a component becomes the greater of itself and its limit. With
@@ -333,12 +371,13 @@ public:
     void Dump(wchar_t const * label, std::ostream & stream) const;
     ///@}
 
-    /// The less accurate tolerance of a scalar type, 1e-9 for `double` and 1e-6 for `float`; only the type of the
-    /// argument matters.
+    /// The less accurate tolerance of the argument's type, here 1e-9: template code names a tolerance by its scalar.
+    /// The argument's value is not read, and both instantiations of the class have both overloads.
     static double GetLessAccurateEpsilon(double const & /*unused*/)
     {
         return math::detail::k_LessAccurateTolerance<double>;
     }
+    /// The less accurate tolerance of `float`, 1e-6.
     static float GetLessAccurateEpsilon(float const & /*unused*/)
     {
         return math::detail::k_LessAccurateTolerance<float>;

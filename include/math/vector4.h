@@ -25,16 +25,17 @@ template <typename T>
 class C3DVector4Tpl
 {
 public:
-    T X;
-    T Y;
-    T Z;
-    T W;
+    T X; ///< The first component.
+    T Y; ///< The second component.
+    T Z; ///< The third component.
+    T W; ///< The fourth component.
 
     /// \name Construction and access
     ///@{
 
     /// The null vector.
     C3DVector4Tpl() : X(0), Y(0), Z(0), W(0) {}
+    /// (x, y, z, w).
     C3DVector4Tpl(T x, T y, T z, T w) : X(x), Y(y), Z(z), W(w) {}
 
     /// Copies four consecutive scalars.
@@ -50,6 +51,7 @@ public:
     /// The point v in homogeneous form with the weight w: (w v, w), not a plain copy of four numbers.
     C3DVector4Tpl(C3DVector3Tpl<T> const & v, T w) : X(v.X * w), Y(v.Y * w), Z(v.Z * w), W(w) {}
 
+    /// Becomes (x, y, z, w).
     C3DVector4Tpl & Set(T x, T y, T z, T w)
     {
         X = x;
@@ -58,6 +60,7 @@ public:
         W = w;
         return *this;
     }
+    /// Becomes a copy. Returns nothing, unlike the other setters.
     void Set(C3DVector4Tpl const & vector) { *this = vector; }
 
     /// Sets component 0, 1, 2 or 3; any other index changes nothing.
@@ -69,27 +72,32 @@ public:
         }
         return *this;
     }
+    /// Sets X and leaves the others.
     C3DVector4Tpl & SetX(T x)
     {
         X = x;
         return *this;
     }
+    /// Sets Y and leaves the others.
     C3DVector4Tpl & SetY(T y)
     {
         Y = y;
         return *this;
     }
+    /// Sets Z and leaves the others.
     C3DVector4Tpl & SetZ(T z)
     {
         Z = z;
         return *this;
     }
+    /// Sets W and leaves the others.
     C3DVector4Tpl & SetW(T w)
     {
         W = w;
         return *this;
     }
 
+    /// All components at once.
     void Get(T & x, T & y, T & z, T & w) const
     {
         x = X;
@@ -100,17 +108,23 @@ public:
 
     /// Component 0, 1 or 2; any other index gives W.
     T Get(int index) const { return index >= 0 && index <= 2 ? GetArray()[index] : W; }
+    /// X.
     T GetX() const { return X; }
+    /// Y.
     T GetY() const { return Y; }
+    /// Z.
     T GetZ() const { return Z; }
+    /// W.
     T GetW() const { return W; }
 
     /// The component; the index is not checked.
     T & operator[](unsigned long index) { return GetArray()[index]; }
+    /// The component, for reading; the index is not checked.
     T const & operator[](unsigned long index) const { return GetArray()[index]; }
 
     /// The four components as an array.
     T * GetArray() { return reinterpret_cast<T *>(this); }
+    /// The components as an array, for reading.
     T const * GetArray() const { return reinterpret_cast<T const *>(this); }
 
     /// Bytes held outside the object: none.
@@ -135,34 +149,47 @@ public:
         return !(X < other.X || X > other.X || Y < other.Y || Y > other.Y || Z < other.Z || Z > other.Z ||
                  W < other.W || W > other.W);
     }
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DVector4Tpl const & other) const { return !(*this == other); }
     ///@}
 
     /// \name Arithmetic
     /// Nothing is tested. The target may be any operand.
     ///@{
+
+    /// All components 0.
     C3DVector4Tpl & SetNull() { return Set(0, 0, 0, 0); }
 
+    /// The opposite of the target.
     C3DVector4Tpl & Negate() { return Negate(*this); }
+    /// -a.
     C3DVector4Tpl & Negate(C3DVector4Tpl const & a) { return Set(-a.X, -a.Y, -a.Z, -a.W); }
 
+    /// The target plus b.
     C3DVector4Tpl & Add(C3DVector4Tpl const & b) { return Add(*this, b); }
+    /// a + b.
     C3DVector4Tpl & Add(C3DVector4Tpl const & a, C3DVector4Tpl const & b)
     {
         return Set(a.X + b.X, a.Y + b.Y, a.Z + b.Z, a.W + b.W);
     }
+    /// The target plus (x, y, z, w).
     C3DVector4Tpl & Add(T x, T y, T z, T w) { return Set(X + x, Y + y, Z + z, W + w); }
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DVector4Tpl & Sub(C3DVector4Tpl const & b) { return Sub(*this, b); }
+    /// a - b.
     C3DVector4Tpl & Sub(C3DVector4Tpl const & a, C3DVector4Tpl const & b)
     {
         return Set(a.X - b.X, a.Y - b.Y, a.Z - b.Z, a.W - b.W);
     }
+    /// The target minus (x, y, z, w).
     C3DVector4Tpl & Sub(T x, T y, T z, T w) { return Set(X - x, Y - y, Z - z, W - w); }
 
+    /// The target times a scalar.
     C3DVector4Tpl & Mul(T factor) { return Mul(*this, factor); }
+    /// A scalar times a.
     C3DVector4Tpl & Mul(T factor, C3DVector4Tpl const & a) { return Mul(a, factor); }
+    /// a times a scalar.
     C3DVector4Tpl & Mul(C3DVector4Tpl const & a, T factor)
     {
         return Set(a.X * factor, a.Y * factor, a.Z * factor, a.W * factor);
@@ -170,23 +197,28 @@ public:
 
     /// Scales by the reciprocal of the divisor, taken once; a zero divisor gives infinities or NaNs.
     C3DVector4Tpl & Div(T divisor) { return Div(*this, divisor); }
+    /// a by the divisor, in the same way.
     C3DVector4Tpl & Div(C3DVector4Tpl const & a, T divisor) { return Mul(a, T(1) / divisor); }
 
-    /// Component by component.
+    /// The target times b, component by component.
     C3DVector4Tpl & MulComp(C3DVector4Tpl const & b) { return MulComp(*this, b); }
+    /// a times b, component by component.
     C3DVector4Tpl & MulComp(C3DVector4Tpl const & a, C3DVector4Tpl const & b)
     {
         return Set(a.X * b.X, a.Y * b.Y, a.Z * b.Z, a.W * b.W);
     }
 
-    /// Component by component, with true quotients.
+    /// The target by b, component by component, with true quotients.
     C3DVector4Tpl & DivComp(C3DVector4Tpl const & b) { return DivComp(*this, b); }
+    /// a by b, component by component, with true quotients.
     C3DVector4Tpl & DivComp(C3DVector4Tpl const & a, C3DVector4Tpl const & b)
     {
         return Set(a.X / b.X, a.Y / b.Y, a.Z / b.Z, a.W / b.W);
     }
 
+    /// The Euclidean length: infinite where a square overflows, 0 where all underflow.
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
+    /// The sum of the squares of the components.
     T GetSquaredLength() const { return X * X + Y * Y + Z * Z + W * W; }
     ///@}
 
@@ -195,15 +227,17 @@ public:
     /// component is skipped and nothing is divided by W.
     ///@{
 
-    /// The row product v m.
+    /// The row product v m: component j is the sum of v_i m[i][j].
     inline C3DVector4Tpl & Mul(C3DVector4Tpl const & v, C3DMatrix44Tpl<T> const & m);
+    /// The target as a row times m, in place.
     inline C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m);
 
-    /// The column product m v.
+    /// The column product m v: component i is the sum of m[i][j] v_j.
     inline C3DVector4Tpl & Mul(C3DMatrix44Tpl<T> const & m, C3DVector4Tpl const & v);
 
-    /// The same two products with a transformation matrix.
+    /// The row product v m with a transformation matrix: nothing is divided, and column 3 of m is read.
     inline C3DVector4Tpl & Mul(C3DVector4Tpl const & v, C3DXfoMatTpl<T> const & m);
+    /// The column product m v with a transformation matrix.
     inline C3DVector4Tpl & Mul(C3DXfoMatTpl<T> const & m, C3DVector4Tpl const & v);
     ///@}
 
@@ -262,7 +296,7 @@ MATH_API inline int AreAlmostEqual(C3DVector4Tpl<T> const & a, C3DVector4Tpl<T> 
              std::abs(a.W - b.W) >= epsilon);
 }
 
-/// 1 unless a . b is at or above `epsilon`. The product is taken with its sign: vectors at an obtuse angle count as
+/// 1 unless the dot product is at or above `epsilon`. It is taken with its sign: vectors at an obtuse angle count as
 /// orthogonal.
 template <typename T>
 MATH_API inline int AreOrthogonal(C3DVector4Tpl<T> const & a, C3DVector4Tpl<T> const & b,

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The homogeneous point.
+/// The position with a weight.
 
 #include "math/numeric.h"
 
@@ -15,21 +15,23 @@
 class MATH_API C3DVectorw
 {
 public:
-    double X;
-    double Y;
-    double Z;
-    double W;
+    double X; ///< The position along the first axis.
+    double Y; ///< The position along the second axis.
+    double Z; ///< The position along the third axis.
+    double W; ///< The weight.
 
     /// \name Construction and access
     ///@{
 
     /// (0, 0, 0, 1).
     C3DVectorw();
+    /// (x, y, z) with the weight w. Unlike C3DVector4Tpl, the position is taken as it is and not multiplied by w.
     C3DVectorw(double x, double y, double z, double w);
 
     /// Copies four consecutive scalars.
     explicit C3DVectorw(double const * array);
 
+    /// Becomes (x, y, z) with the weight w.
     C3DVectorw & Set(double x, double y, double z, double w);
 
     /// Copies all four components.
@@ -37,26 +39,37 @@ public:
 
     /// Sets component 0, 1, 2 or 3; any other index changes nothing.
     C3DVectorw & Set(int index, double value);
+    /// Sets X and leaves the others.
     C3DVectorw & SetX(double x);
+    /// Sets Y and leaves the others.
     C3DVectorw & SetY(double y);
+    /// Sets Z and leaves the others.
     C3DVectorw & SetZ(double z);
+    /// Sets the weight and leaves the position.
     C3DVectorw & SetW(double w);
 
+    /// All components at once.
     void Get(double & x, double & y, double & z, double & w) const;
 
     /// Component 1, 2 or 3; any other index gives X, where the other vectors fall back on their last component.
     double Get(int index) const;
+    /// X.
     double GetX() const;
+    /// Y.
     double GetY() const;
+    /// Z.
     double GetZ() const;
+    /// W.
     double GetW() const;
 
     /// The component; the index is not checked.
     double & operator[](unsigned long index);
+    /// The component, for reading; the index is not checked.
     double const & operator[](unsigned long index) const;
 
     /// The four components as an array.
     double * GetArray();
+    /// The components as an array, for reading.
     double const * GetArray() const;
 
     /// Bytes held outside the object: none.
@@ -78,6 +91,7 @@ public:
 
     /// Exact comparison by "below" and "above": a NaN compares equal to anything.
     bool operator==(C3DVectorw const & other) const;
+    /// The negation of operator==: false where a NaN hides a difference.
     bool operator!=(C3DVectorw const & other) const;
     ///@}
 
@@ -88,35 +102,50 @@ public:
     /// (0, 0, 0, 1): the one operation here that sets W.
     C3DVectorw & SetNull();
 
+    /// The opposite position.
     C3DVectorw & Negate();
+    /// The position -a.
     C3DVectorw & Negate(C3DVectorw const & a);
 
+    /// The target plus b.
     C3DVectorw & Add(C3DVectorw const & b);
+    /// a + b.
     C3DVectorw & Add(C3DVectorw const & a, C3DVectorw const & b);
+    /// The target plus (x, y, z).
     C3DVectorw & Add(double x, double y, double z);
 
-    /// a - b in the form with two operands.
+    /// The target minus b.
     C3DVectorw & Sub(C3DVectorw const & b);
+    /// a - b.
     C3DVectorw & Sub(C3DVectorw const & a, C3DVectorw const & b);
+    /// The target minus (x, y, z).
     C3DVectorw & Sub(double x, double y, double z);
 
+    /// The target times a scalar.
     C3DVectorw & Mul(double factor);
+    /// A scalar times a.
     C3DVectorw & Mul(double factor, C3DVectorw const & a);
+    /// a times a scalar.
     C3DVectorw & Mul(C3DVectorw const & a, double factor);
 
-    /// Scales by the reciprocal of the divisor, which comes first in the form with two operands.
+    /// Scales by the reciprocal of the divisor, taken once; a zero divisor gives infinities or NaNs.
     C3DVectorw & Div(double divisor);
+    /// a by the divisor, in the same way. The divisor comes first, where the vector templates have it last.
     C3DVectorw & Div(double divisor, C3DVectorw const & a);
 
-    /// Component by component.
+    /// The target times b, component by component.
     C3DVectorw & MulComp(C3DVectorw const & b);
+    /// a times b, component by component.
     C3DVectorw & MulComp(C3DVectorw const & a, C3DVectorw const & b);
 
-    /// Component by component, with true quotients.
+    /// The target by b, component by component, with true quotients.
     C3DVectorw & DivComp(C3DVectorw const & b);
+    /// a by b, component by component, with true quotients.
     C3DVectorw & DivComp(C3DVectorw const & a, C3DVectorw const & b);
 
+    /// The distance from the origin: infinite where a square overflows.
     double GetLength() const;
+    /// The sum of the squares of X, Y, Z.
     double GetSquaredLength() const;
 
     /// Scales to length one. Returns 0, with the point unchanged, where the length is not above the standard tolerance.
@@ -126,6 +155,7 @@ public:
     /// standard tolerance: a length of just that is scaled here, but not by Normalize.
     int SetLength(double length);
 
+    /// The position half-way between a and b.
     C3DVectorw & SetMidpoint(C3DVectorw const & a, C3DVectorw const & b);
 
     /// (1 - t) a + t b, formed with these two products.
@@ -135,8 +165,11 @@ public:
     /// positive. W is then set to 1.
     C3DVectorw & SetMinimal(double limit);
 
+    /// The dot product of X, Y, Z.
     static double GetDot(C3DVectorw const & a, C3DVectorw const & b);
+    /// The distance of two positions.
     static double GetDistance(C3DVectorw const & a, C3DVectorw const & b);
+    /// The squared distance of two positions.
     static double GetSquaredDistance(C3DVectorw const & a, C3DVectorw const & b);
     ///@}
 };

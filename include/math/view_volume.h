@@ -62,10 +62,11 @@ public:
     /// An independent copy. Where memory runs out, what was to be copied is missing, as it is before the first Set.
     C3DViewVolume(C3DViewVolume const & source);
 
+    /// Frees the volume.
     ~C3DViewVolume();
 
     /// A copy of the fields as they are, the pointers included: **both objects own the source's volume afterwards, each
-    /// destructor frees it, and the target's former one is lost.** Assign only to hand a volume over, from an object
+    /// destructor frees it, and the target's former one is lost**. Assign only to hand a volume over, from an object
     /// that is never destroyed. For a copy use the copy constructor.
     C3DViewVolume & operator=(C3DViewVolume const & source);
 
@@ -83,6 +84,8 @@ public:
     /// inverse is needed: with a matrix that C3DXfoMatTpl::Invert finds singular the inverse of the call before stays,
     /// at first the identity.
     ///@{
+
+    /// SetFrustum where `orthographic` is 0, else SetOrtho.
     void Set(double left, double right, double bottom, double top, double near, double far,
              C3DXfoMatTpl<double> const & matrix, int orthographic);
 

@@ -29,6 +29,9 @@ TEST(Exports, Box_bounds)
     Constructor<B>(2.0);
     Constructor<B>(v);
     Constructor<B>(v, v);
+    B const copied;
+    Constructor<B>(copied);
+    Member<B &(B const &)>(&B::operator=);
     Member<V const &() const>(&B::GetMin);
     Member<V const &() const>(&B::GetMax);
     Member<double() const>(&B::GetMinX);
@@ -86,6 +89,9 @@ TEST(Exports, Bounding_box_parts)
     Constructor<B>(2.0);
     Constructor<B>(v);
     Constructor<B>(v, v);
+    B const copied;
+    Constructor<B>(copied);
+    Member<B &(B const &)>(&B::operator=);
     Member<void(tagE3DBBOXCORNER, short *) const>(&B::GetSign);
     Member<long(tagE3DBBOXCORNER, tagE3DBBOXCORNER *) const>(&B::GetOppositeCorner);
     Member<long(tagE3DBBOXEDGE, tagE3DBBOXEDGE *) const>(&B::GetOppositeEdge);

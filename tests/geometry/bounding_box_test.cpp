@@ -106,7 +106,10 @@ TEST(BoundingBox, Constructors_give_the_bounds_of_the_box)
     C3DBBox const box = MakeBox();
     C3DBBox const copy(box);
     EXPECT_TRUE(HasBounds(copy, Vector(-1, -2, -3), Vector(4, 6, 8)));
-    C3DBBox const boxes[] = {C3DBBox(), C3DBBox(3.0), C3DBBox(Vector(1, 2, 3)), box, copy};
+    C3DBBox assigned(Vector(7, 7, 7), Vector(9, 9, 9));
+    EXPECT_EQ(&(assigned = box), &assigned);
+    EXPECT_TRUE(HasBounds(assigned, Vector(-1, -2, -3), Vector(4, 6, 8)));
+    C3DBBox const boxes[] = {C3DBBox(), C3DBBox(3.0), C3DBBox(Vector(1, 2, 3)), box, copy, assigned};
     for (C3DBBox const & each : boxes)
     {
         e3dBaseGeomType type = E3DGEOMTYPE_NONE;
@@ -119,6 +122,28 @@ TEST(BoundingBox, Codes_have_their_32_bit_values)
 {
     EXPECT_EQ(static_cast<unsigned>(E_POINTER), 0x80004003U);
     EXPECT_EQ(static_cast<unsigned>(E_INVALIDARG), 0x80070057U);
+}
+
+TEST(BoundingBox, Corners_edges_and_faces_have_their_numbers)
+{
+    tagE3DBBOXCORNER const corners[] = {E3DBBOXCORNER_MMM, E3DBBOXCORNER_MMP, E3DBBOXCORNER_MPP, E3DBBOXCORNER_MPM,
+                                        E3DBBOXCORNER_PMM, E3DBBOXCORNER_PMP, E3DBBOXCORNER_PPP, E3DBBOXCORNER_PPM};
+    tagE3DBBOXEDGE const edges[] = {E3DBBOXEDGE_0_1, E3DBBOXEDGE_3_2, E3DBBOXEDGE_0_3, E3DBBOXEDGE_1_2,
+                                    E3DBBOXEDGE_4_5, E3DBBOXEDGE_7_6, E3DBBOXEDGE_4_7, E3DBBOXEDGE_5_6,
+                                    E3DBBOXEDGE_0_4, E3DBBOXEDGE_1_5, E3DBBOXEDGE_3_7, E3DBBOXEDGE_2_6};
+    tagE3DBBOXFACE const faces[] = {E3DBBOXFACE_MINUS_X, E3DBBOXFACE_PLUS_X,  E3DBBOXFACE_MINUS_Y,
+                                    E3DBBOXFACE_PLUS_Y,  E3DBBOXFACE_MINUS_Z, E3DBBOXFACE_PLUS_Z};
+    auto const expectConsecutive = [](auto const & values)
+    {
+        int next = 0;
+        for (auto const value : values)
+        {
+            EXPECT_EQ(value, next++);
+        }
+    };
+    expectConsecutive(corners);
+    expectConsecutive(edges);
+    expectConsecutive(faces);
 }
 
 TEST(BoundingBoxCorners, Signs_and_positions_row_by_row)

@@ -6,11 +6,13 @@
 #include "math/co_plane.h"
 #include "math/co_point.h"
 #include "math/platform/result.h"
+#include "support/virtual_slots.h"
 
 #include <memory>
 #include <type_traits>
 
 using namespace geometry_test;
+using test_support::SlotOf;
 
 namespace
 {
@@ -423,6 +425,26 @@ TEST(CoPlane, ProjectOn_passes_the_failure_of_a_null_tangent_on)
     EXPECT_EQ(static_cast<I3DReadSurface_QN &>(object).ProjectOn(Vector(4, 5, 6), u, v), E_UNEXPECTED);
     EXPECT_EQ(u, 0);
     EXPECT_EQ(v, k_Mark);
+}
+
+TEST(CoInterfaces, Have_their_operations_behind_the_three_of_the_root)
+{
+    // Clients of other compilers go by these places.
+    EXPECT_EQ(SlotOf(&IUnknown::QueryInterface), 0);
+    EXPECT_EQ(SlotOf(&IUnknown::AddRef), 1);
+    EXPECT_EQ(SlotOf(&IUnknown::Release), 2);
+    EXPECT_EQ(SlotOf(&I3DImplicitGeometry::GetType), 3);
+    EXPECT_EQ(SlotOf(&I3DReadPoint_QN::GetPos), 3);
+    EXPECT_EQ(SlotOf(&I3DReadPoint_QN::GetDistanceFrom), 4);
+    EXPECT_EQ(SlotOf(&I3DReadCurve_QN::GetPos), 3);
+    EXPECT_EQ(SlotOf(&I3DReadCurve_QN::GetTangent), 4);
+    EXPECT_EQ(SlotOf(&I3DReadCurve_QN::GetDistanceFrom), 5);
+    EXPECT_EQ(SlotOf(&I3DReadCurve_QN::ProjectOn), 6);
+    EXPECT_EQ(SlotOf(&I3DReadSurface_QN::GetPos), 3);
+    EXPECT_EQ(SlotOf(&I3DReadSurface_QN::GetTangents), 4);
+    EXPECT_EQ(SlotOf(&I3DReadSurface_QN::GetNormal), 5);
+    EXPECT_EQ(SlotOf(&I3DReadSurface_QN::GetDistanceFrom), 6);
+    EXPECT_EQ(SlotOf(&I3DReadSurface_QN::ProjectOn), 7);
 }
 
 TEST(CoIdentifiers, Are_the_published_ones)

@@ -159,7 +159,7 @@ private:
     static double Product(Vector const & a, Vector const & b) { return a.X * b.X + a.Y * b.Y + a.Z * b.Z; }
     static bool IsSmall(Vector const & a)
     {
-        return !(std::abs(a.X) > 1e-12 || std::abs(a.Y) > 1e-12 || std::abs(a.Z) > 1e-12);
+        return std::abs(a.X) <= 1e-12 && std::abs(a.Y) <= 1e-12 && std::abs(a.Z) <= 1e-12;
     }
 
     Vector Mean() const { return Vector().SetMean(m_Points.data(), static_cast<unsigned long>(m_Points.size())); }

@@ -105,6 +105,14 @@ TEST(Cylinder, Knows_its_kind)
     }
 }
 
+TEST(Cylinder, Axis_types_have_their_numbers)
+{
+    EXPECT_EQ(E3DCYLINDERAXIS_X, 0);
+    EXPECT_EQ(E3DCYLINDERAXIS_Y, 1);
+    EXPECT_EQ(E3DCYLINDERAXIS_Z, 2);
+    EXPECT_EQ(E3DCYLINDERAXIS_Y_AGAIN, 3);
+}
+
 TEST(Cylinder, Axis_types_put_the_axis_about_the_origin)
 {
     Vector const halves[] = {Vector(2, 0, 0), Vector(0, 2, 0), Vector(0, 0, 2), Vector(0, 2, 0)};

@@ -13,6 +13,7 @@
 #include "math/co_point.h"
 #include "math/platform/result.h"
 #include "math/transformation.h"
+#include "support/virtual_slots.h"
 
 #include <type_traits>
 
@@ -21,6 +22,7 @@ using test_support::HasOnly;
 using test_support::k_MarkedFlags;
 using test_support::k_NoField;
 using test_support::MakeMarkedRecord;
+using test_support::SlotOf;
 
 namespace
 {
@@ -162,6 +164,14 @@ TEST(Geometry, The_numbering_of_the_kinds_has_gaps)
     EXPECT_EQ(E3D_INTERSECTION_NONE, 0);
     EXPECT_EQ(E3D_INTERSECTION_POINT, 1);
     EXPECT_EQ(E3D_INTERSECTION_COINCIDENT, 2);
+}
+
+TEST(Geometry, The_queries_follow_the_destructor_in_the_order_point_sphere_box)
+{
+    // Callers in other compilers' objects go by these places. The destructor takes two.
+    EXPECT_EQ(SlotOf(&C3DMathGeometry::Intersect_Point), 2);
+    EXPECT_EQ(SlotOf(&C3DMathGeometry::Intersect_Sphere), 3);
+    EXPECT_EQ(SlotOf(&C3DMathGeometry::Intersect_Box), 4);
 }
 
 TEST(Geometry, Every_constructor_gives_the_kind)

@@ -232,6 +232,17 @@ TEST(SphereSurface, ProjectOn_a_direction_with_a_NaN_gives_NaNs)
     EXPECT_TRUE(std::isnan(Project(sphere, Vector(0, 5, k_Nan)).u));
 }
 
+TEST(SphereSurface, ProjectOn_a_NaN_beside_coordinates_of_the_center_is_not_the_center)
+{
+    C3DBaseSphere const sphere(7);
+    for (Vector const & point : {Vector(k_Nan, 0, 0), Vector(0, k_Nan, 0), Vector(0, 0, k_Nan)})
+    {
+        EXPECT_TRUE(std::isnan(Project(sphere, point).v));
+    }
+    EXPECT_TRUE(std::isnan(Project(sphere, Vector(k_Nan, 0, 0)).u));
+    EXPECT_TRUE(std::isnan(Project(sphere, Vector(0, 0, k_Nan)).u));
+}
+
 TEST(SphereSurface, ProjectOn_undoes_GetPos)
 {
     Random random(524);
