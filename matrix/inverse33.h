@@ -46,8 +46,9 @@ inline bool VisitInverse(double const (*const a)[3], double epsilon, Store store
     double det;
     double size;
     SumTripleProducts(a, det, size);
-    // Well above the limit the quotient need not be known.
-    if (!(std::abs(det) > 2 * epsilon * size) && (size == 0 || !(std::abs(det / size) >= epsilon))) [[unlikely]]
+    // Well above the limit the quotient need not be known. A negative limit does not excuse the NaN of two infinities.
+    bool const isFarAbove = std::abs(det) > 2 * std::abs(epsilon) * size;
+    if (!isFarAbove && (size == 0 || !(std::abs(det / size) >= epsilon))) [[unlikely]]
     {
         return false;
     }

@@ -381,6 +381,39 @@ TYPED_TEST(EigenDecomposition, A_NaN_counts_as_converged)
     }
 }
 
+TYPED_TEST(EigenDecomposition, A_NaN_among_the_values_is_passed_over_by_the_sort)
+{
+    C3DMatrix33Tpl<TypeParam> vectors;
+    C3DVector3Tpl<TypeParam> values(1, 2, 3);
+    auto const m = Symmetric<TypeParam>(1, 0, 0, k_Nan<TypeParam>, 0, 2);
+    EXPECT_EQ(m.GetEigenVectors(vectors, values, this->tolerance), 1);
+    EXPECT_EQ(values.X, 2);
+    EXPECT_TRUE(std::isnan(values.Y));
+    EXPECT_EQ(values.Z, 1);
+    EXPECT_TRUE(vectors == C3DMatrix33Tpl<TypeParam>(0, 0, 1, 0, 1, 0, 1, 0, 0));
+}
+
+TYPED_TEST(EigenDecomposition, A_NaN_is_not_turned_away)
+{
+    // The first three sweeps have a threshold that is none, above which nothing lies. The fourth turns the one element
+    // that is a number, by an eighth of a circle.
+    TypeParam const nan = k_Nan<TypeParam>;
+    TypeParam const a[3][3] = {{1, nan, 2}, {nan, 1, 0}, {2, 0, 1}};
+    TypeParam vectors[3][3];
+    C3DVector3Tpl<TypeParam> values(1, 1, 1);
+    EXPECT_EQ(OpenMatrix33<TypeParam>().ComputeEigen(a, vectors, values, this->tolerance), 1);
+    EXPECT_TRUE(SameVector<TypeParam>(values, 3, 1, -1));
+    TypeParam const half = std::sqrt(TypeParam(0.5));
+    TypeParam const expected[3][3] = {{half, 0, half}, {0, 1, 0}, {half, 0, -half}};
+    for (int r = 0; r < 3; ++r)
+    {
+        for (int c = 0; c < 3; ++c)
+        {
+            EXPECT_NEAR(vectors[r][c], expected[r][c], this->tolerance) << r << ", " << c;
+        }
+    }
+}
+
 TYPED_TEST(EigenDecomposition, Ends_for_infinite_elements)
 {
     using M = C3DMatrix33Tpl<TypeParam>;

@@ -163,6 +163,24 @@ TYPED_TEST(Matrix33Inverse, ComputeInverse_refuses_a_determinant_of_size_0_whate
     EXPECT_EQ(out[1][1], 9);
 }
 
+TEST(Matrix33InverseDouble, ComputeInverse_refuses_a_determinant_that_overflows_whatever_the_tolerance)
+{
+    // The quotient of two infinities is a NaN, which is not at or above any limit, a negative one included.
+    double const a[3][3] = {{1e200, 0, 0}, {0, 1e200, 0}, {0, 0, 1}};
+    double out[3][3] = {{7, 7, 7}, {7, 7, 7}, {7, 7, 7}};
+    for (double const epsilon : {-1.0, -1e-12, 0.0, 1e-12})
+    {
+        EXPECT_EQ(OpenMatrix33<double>().ComputeInverse(a, out, 0, epsilon), 0) << epsilon;
+    }
+    for (auto const & row : out)
+    {
+        for (double const element : row)
+        {
+            EXPECT_EQ(element, 7);
+        }
+    }
+}
+
 TEST(Matrix33InverseFloat, Is_the_inverse_in_double_rounded_once)
 {
     Random random(332);

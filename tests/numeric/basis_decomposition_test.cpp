@@ -287,6 +287,37 @@ TYPED_TEST(Decomposition, In_the_plane_refuses_a_basis_shorter_than_epsilon)
     ExpectCoefficients<TypeParam>(Decompose(V(epsilon, zero), origin, V(-epsilon, zero)), 1, 0, -1);
 }
 
+TYPED_TEST(Decomposition, A_target_that_is_no_number_is_not_null_and_yet_on_every_line)
+{
+    using F = TestFixture;
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    for (int component = 0; component < 3; ++component)
+    {
+        EXPECT_EQ(Decompose(typename F::V3(component, nan), typename F::V3(0, 0, 0), typename F::V3(0, 0, 0)).result, 0)
+            << component;
+    }
+    auto const inSpace = Decompose(typename F::V3(nan, 0, 0), typename F::V3(2, 0, 0), typename F::V3(1, 0, 0));
+    EXPECT_EQ(inSpace.result, 1);
+    EXPECT_TRUE(std::isnan(inSpace.s));
+    EXPECT_EQ(inSpace.t, 0);
+    auto const inThePlane =
+        Decompose(typename F::V2(nan, TypeParam(0)), typename F::V2(TypeParam(2), 0), typename F::V2(TypeParam(1), 0));
+    EXPECT_EQ(inThePlane.result, 1);
+    EXPECT_TRUE(std::isnan(inThePlane.s));
+    EXPECT_EQ(inThePlane.t, 0);
+}
+
+TYPED_TEST(Decomposition, In_the_plane_an_extent_that_is_no_number_leaves_the_decision_to_y)
+{
+    using F = TestFixture;
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    auto const found =
+        Decompose(typename F::V2(TypeParam(5), TypeParam(3)), typename F::V2(nan, TypeParam(1)), typename F::V2());
+    EXPECT_EQ(found.result, 1);
+    EXPECT_EQ(found.s, 3);
+    EXPECT_EQ(found.t, 0);
+}
+
 TYPED_TEST(Decomposition, Intersection_is_where_two_endless_lines_meet)
 {
     using V = typename TestFixture::V2;

@@ -259,6 +259,14 @@ TEST(LinearRealRoots, Reports_none_for_a_constant)
     EXPECT_TRUE(std::isnan(undefined.slots[0]));
 }
 
+TEST(LinearRealRoots, A_coefficient_that_is_no_number_is_neither_above_nor_below_the_limit)
+{
+    ExpectRoots(GetLinear(k_NaN, 1), {});
+    ExpectRoots(GetLinear(k_NaN, 0), {0});
+    ExpectRoots(GetLinear(0, k_NaN), {});
+    ExpectRoots(GetLinear(4, 2, k_NaN), {});
+}
+
 TEST(QuadraticRealRoots, Puts_the_root_with_the_positive_square_root_first)
 {
     ExpectRoots(GetQuadratic(1, -3, 2), {2, 1});
@@ -297,6 +305,15 @@ TEST(QuadraticRealRoots, Falls_back_to_the_linear_equation)
     EXPECT_EQ(GetQuadratic(-0.5, 4, 2, 0.5).count, 2UL);
 }
 
+TEST(QuadraticRealRoots, A_discriminant_that_is_no_number_gives_no_root)
+{
+    ExpectRoots(GetQuadratic(1, k_NaN, 1), {});
+    ExpectRoots(GetQuadratic(1, 1, k_NaN), {});
+    ExpectRoots(GetQuadratic(1e200, 1e200, 1e200), {});
+    // A leading coefficient that is none does not reach the limit, and the rest is linear.
+    ExpectRoots(GetQuadratic(k_NaN, 4, 2), {-0.5});
+}
+
 TEST(QuadraticRealRoots, May_be_stored_over_its_coefficients)
 {
     double a = 1;
@@ -324,6 +341,15 @@ TEST(CubicRealRoots, Stores_a_double_root_twice_after_the_simple_one)
     ExpectRoots(GetCubic(1, 0, -3, 2), {-2, 1, 1});
     ExpectRoots(GetCubic(1, 0, -3, -2), {2, -1, -1});
     ExpectRoots(GetCubic(-2, 0, 6, -4), {-2, 1, 1});
+}
+
+TEST(CubicRealRoots, Cube_roots_apart_by_just_the_limit_give_one_root)
+{
+    // x^3 - 1 has the cube roots 0 and -1, and coefficients of the sum 2.
+    ExpectRoots(GetCubic(1, 0, 0, -1, 0.5), {1});
+    // 2 x^3 - 1 has 0 and -4^(1/3), and the sum 3: within the limit the root counts as a double one.
+    EXPECT_EQ(GetCubic(2, 0, 0, -1, 0.5).count, 1UL);
+    EXPECT_EQ(GetCubic(2, 0, 0, -1, 0.6).count, 3UL);
 }
 
 TEST(CubicRealRoots, Of_a_triple_root_are_three)

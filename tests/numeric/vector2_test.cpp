@@ -265,6 +265,19 @@ TYPED_TEST(Vector2, Index_of_a_component_is_1_on_a_tie)
     }
 }
 
+TYPED_TEST(Vector2, Index_of_a_component_is_1_beside_one_that_is_no_number)
+{
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    for (int const magnitudes : {0, 1})
+    {
+        for (auto const & vector : {this->Of(1, 0).SetX(nan), this->Of(1, 0).SetY(nan)})
+        {
+            EXPECT_EQ(vector.GetIndexOfMaxComponent(magnitudes), 1);
+            EXPECT_EQ(vector.GetIndexOfMinComponent(magnitudes), 1);
+        }
+    }
+}
+
 TYPED_TEST(Vector2, SetMinimal_of_signed_values_takes_the_greater_one)
 {
     auto target = this->Of(-5, 3);
@@ -289,4 +302,18 @@ TYPED_TEST(Vector2, SetMinimal_of_magnitudes_keeps_the_sign)
         target.SetMinimal(this->Of(2, -4), magnitudes);
         EXPECT_EQ(Components(target), this->Numbers(-2, 0)) << "at the limit, and a negative limit";
     }
+}
+
+TYPED_TEST(Vector2, Axes_that_are_no_number_give_way_to_Y)
+{
+    TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
+    TypeParam const epsilon = TypeParam(0.5);
+    // X is never longer than a Y that is no number, and such a Y holds nothing.
+    auto const from = this->Of(0, 0).SetY(nan);
+    EXPECT_EQ(this->Of(1, 0).LinearPositionUnInterpolate(from, this->Of(2, 1), epsilon), 0);
+    EXPECT_EQ(this->Of(1, 0).IsBetween(from, this->Of(2, 1), epsilon), 0);
+    // An X that is no number leaves Y to decide.
+    auto const aside = this->Of(0, 0).SetX(nan);
+    EXPECT_EQ(this->Of(9, 1).LinearPositionUnInterpolate(aside, this->Of(2, 4), epsilon), TypeParam(0.25));
+    EXPECT_EQ(this->Of(9, 1).IsBetween(aside, this->Of(2, 4), epsilon), 1);
 }

@@ -608,6 +608,25 @@ TYPED_TEST(Vector3, GetIndexOfMinComponent_takes_the_higher_index_on_a_tie)
     }
 }
 
+TYPED_TEST(Vector3, Index_of_a_component_counts_no_comparison_with_a_NaN_as_greater_or_less)
+{
+    using V = C3DVector3Tpl<TypeParam>;
+    TypeParam const nan = k_NaN<TypeParam>;
+    for (int const magnitudes : {0, 1})
+    {
+        EXPECT_EQ(V(nan, 1, 0).GetIndexOfMaxComponent(magnitudes), 1);
+        EXPECT_EQ(V(nan, 0, 1).GetIndexOfMaxComponent(magnitudes), 2);
+        EXPECT_EQ(V(1, nan, 0).GetIndexOfMaxComponent(magnitudes), 2);
+        EXPECT_EQ(V(2, 1, nan).GetIndexOfMaxComponent(magnitudes), 2);
+        EXPECT_EQ(V(1, 2, nan).GetIndexOfMaxComponent(magnitudes), 2);
+        EXPECT_EQ(V(nan, 0, 1).GetIndexOfMinComponent(magnitudes), 1);
+        EXPECT_EQ(V(nan, 1, 0).GetIndexOfMinComponent(magnitudes), 2);
+        EXPECT_EQ(V(0, nan, 1).GetIndexOfMinComponent(magnitudes), 2);
+        EXPECT_EQ(V(0, 1, nan).GetIndexOfMinComponent(magnitudes), 2);
+        EXPECT_EQ(V(1, 0, nan).GetIndexOfMinComponent(magnitudes), 2);
+    }
+}
+
 TYPED_TEST(Vector3, SetMinimal_of_signed_values_takes_the_greater_one)
 {
     auto target = this->Of(-5, 0.5, 3);
