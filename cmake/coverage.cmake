@@ -6,8 +6,8 @@ set(MATH_COVERAGE_REPORT ${PROJECT_BINARY_DIR}/coverage)
 add_custom_target(coverage_report
     COMMAND ${CMAKE_COMMAND} -E make_directory ${MATH_COVERAGE_REPORT}
     COMMAND ${GCOVR} --root ${PROJECT_SOURCE_DIR} --object-directory ${PROJECT_BINARY_DIR}
-        --exclude tests/ --exclude docs/ --exclude ${PROJECT_BINARY_DIR}
-        --sort-uncovered
+        --exclude tests/ --exclude docs/ --exclude build/ --sort-uncovered
         --html-details ${MATH_COVERAGE_REPORT}/index.html --txt ${MATH_COVERAGE_REPORT}/lines.txt --print-summary
         --fail-under-line 97
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
     COMMENT "Line coverage in ${MATH_COVERAGE_REPORT}" VERBATIM USES_TERMINAL)
