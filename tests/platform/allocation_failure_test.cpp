@@ -2,6 +2,7 @@
 #include "math/platform/qn_string.h"
 #include "math/platform/stream_helper.h"
 #include "math/platform/variant.h"
+#include "math/safe_array.h"
 #include "support/allocation_faults.h"
 #include "support/streams.h"
 
@@ -112,6 +113,25 @@ TEST(AllocationFailure, Safe_array_is_not_created)
     SAFEARRAY * const array = RefuseAllocation(3, [&] { return SafeArrayCreate(VT_VARIANT, 1, &bound); });
     EXPECT_NE(array, nullptr);
     SafeArrayDestroy(array);
+}
+
+TEST(AllocationFailure, Vector_is_put_into_no_safe_array)
+{
+    C3DVector3Tpl<double> vector(1, 2, 3);
+    SAFEARRAYBOUND const bound{1, 0};
+    SAFEARRAY * const before = SafeArrayCreate(VT_R8, 1, &bound);
+    KVVARIANT result{};
+    result.vt = VT_ARRAY | VT_R8;
+    result.parray = before;
+    auto const convert = [&] { return F3DGetSafeArrayFromC3DVector3(vector, &result); };
+    for (long number = 0; number < 3; ++number)
+    {
+        EXPECT_EQ(CountLeaks(number, convert), 0) << number;
+        EXPECT_EQ(RefuseAllocation(number, convert), E_OUTOFMEMORY) << number;
+        EXPECT_EQ(result.vt, VT_ARRAY | VT_R8) << number;
+        EXPECT_EQ(result.parray, before) << number;
+    }
+    SafeArrayDestroy(before);
 }
 
 TEST(AllocationFailure, String_is_empty_or_keeps_its_text)
