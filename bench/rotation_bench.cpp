@@ -204,7 +204,7 @@ std::vector<Vector> MakeVectors(benchmark::State const & state)
 void CountVectors(benchmark::State & state)
 {
     CountItems(state, static_cast<std::size_t>(state.range(0)));
-    state.SetBytesProcessed(state.iterations() * state.range(0) * std::int64_t{2 * 3 * sizeof(double)});
+    state.SetBytesProcessed(state.iterations() * state.range(0) * std::int64_t{2 * sizeof(C3DVector3Tpl<double>)});
 }
 
 void RotateVct(benchmark::State & state)

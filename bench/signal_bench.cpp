@@ -168,7 +168,7 @@ void KissFloatComplex(benchmark::State & state)
     auto const n = static_cast<std::size_t>(state.range(0));
     std::vector<kiss_fft_cpx> const in(n);
     std::vector<kiss_fft_cpx> out(n);
-    kiss_fft_cfg const plan = kiss_fft_alloc(static_cast<int>(n), IsInverse ? 1 : 0, nullptr, nullptr);
+    auto * const plan = kiss_fft_alloc(static_cast<int>(n), IsInverse ? 1 : 0, nullptr, nullptr);
     Measure(state, [&] { kiss_fft(plan, in.data(), out.data()); });
     kiss_fft_free(plan);
 }
@@ -178,7 +178,7 @@ void KissFloatRealForward(benchmark::State & state)
     auto const n = static_cast<std::size_t>(state.range(0));
     std::vector<float> const in(n);
     std::vector<kiss_fft_cpx> out(n / 2 + 1);
-    kiss_fftr_cfg const plan = kiss_fftr_alloc(static_cast<int>(n), 0, nullptr, nullptr);
+    auto * const plan = kiss_fftr_alloc(static_cast<int>(n), 0, nullptr, nullptr);
     Measure(state, [&] { kiss_fftr(plan, in.data(), out.data()); });
     kiss_fftr_free(plan);
 }

@@ -7,7 +7,6 @@
 #include <initializer_list>
 #include <limits>
 
-using describe_test::ColorInspector;
 using describe_test::SameBits;
 
 namespace

@@ -245,7 +245,7 @@ TEST(ShapeDescription, Comparison_ignores_the_bytes_between_the_fields)
 {
     alignas(Shape) unsigned char storage[sizeof(Shape)];
     std::fill(std::begin(storage), std::end(storage), static_cast<unsigned char>(0xA5));
-    Shape * const shape = ::new (static_cast<void *>(storage)) Shape;
+    auto * const shape = ::new (static_cast<void *>(storage)) Shape;
     shape->SetAsReference(4, true);
     EXPECT_TRUE(*shape == MakeReference(4, true));
     EXPECT_TRUE(MakeReference(4, true) == *shape);

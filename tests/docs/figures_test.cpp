@@ -496,7 +496,7 @@ protected:
             bool const isOnDisc = text.attributes.find("#ffffff") != std::string::npos;
             if (isOnDisc && text.text == std::to_string(number) && text.x > left && text.x < left + k_PanelStep)
             {
-                found.push_back({text.x - left, text.y, 0});
+                found.emplace_back(text.x - left, text.y, 0);
             }
         }
         EXPECT_EQ(found.size(), 1U) << panel << ' ' << number;

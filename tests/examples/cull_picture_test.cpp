@@ -403,7 +403,7 @@ TEST(CullPicture, A_camera_that_is_held_by_hand_has_its_path_around_its_eye)
     std::string const text = stream.str();
     EXPECT_EQ(FindXmlFault(text), "");
     EXPECT_EQ(Count(text, "s, camera held by hand<"), 1U);
-    constexpr char const * k_EyePath = "stroke=\"#23272f\" stroke-width=\"1.2\"";
+    constexpr char const * k_EyePath = R"(stroke="#23272f" stroke-width="1.2")";
     EXPECT_EQ(Count(text, k_EyePath), 2U);
     EXPECT_EQ(Count(scene.Draw(), k_EyePath), 0U);
     EXPECT_EQ(Count(scene.Draw(), "held by hand"), 0U);

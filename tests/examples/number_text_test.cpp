@@ -65,7 +65,7 @@ TEST(NumberText, ShortestText_reads_back_bit_for_bit)
     int tried = 0;
     while (tried < 20000)
     {
-        double const value = std::bit_cast<double>(random());
+        auto const value = std::bit_cast<double>(random());
         if (!std::isfinite(value))
         {
             continue;

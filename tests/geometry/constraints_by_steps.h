@@ -11,6 +11,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace geometry_test
@@ -26,9 +27,9 @@ public:
     static constexpr int k_MostSteps = 100000;
 
     /// The points and the reference are in world space, and the sphere in that of the matrix.
-    ConstraintBySteps(C3DBaseSphere const & sphere, std::vector<Vector> const & points, Vector const & reference,
+    ConstraintBySteps(C3DBaseSphere const & sphere, std::vector<Vector> points, Vector const & reference,
                       C3DXfoMatTpl<double> const & matrix)
-        : m_Matrix(matrix), m_Points(points), m_Reference(reference)
+        : m_Matrix(matrix), m_Points(std::move(points)), m_Reference(reference)
     {
         sphere.GetRadius(m_Radius);
         sphere.GetCenter(m_Center);

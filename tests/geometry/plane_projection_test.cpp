@@ -8,7 +8,6 @@
 #include <numbers>
 
 using namespace geometry_test;
-using math::detail::Dot;
 
 namespace
 {

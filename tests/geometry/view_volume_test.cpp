@@ -54,7 +54,7 @@ Fields FieldsOf(C3DViewVolume const & volume)
 {
     static_assert(sizeof(Fields) == sizeof volume);
     Fields fields{};
-    std::memcpy(&fields, &volume, sizeof fields);
+    std::memcpy(&fields, static_cast<void const *>(&volume), sizeof fields);
     return fields;
 }
 

@@ -301,8 +301,8 @@ constexpr int k_EdgeCorners[12][2] = {{0, 1}, {3, 2}, {2, 0}, {1, 3}, {0, 4}, {5
 /// The edges that bound the projection along an axis: those of the convex hull, found by trying all corners.
 std::vector<int> HullEdges(Matrix const & camera, int orthographic, int axis)
 {
-    unsigned long const p = static_cast<unsigned long>(k_ProjectionAxes[axis][0]);
-    unsigned long const q = static_cast<unsigned long>(k_ProjectionAxes[axis][1]);
+    auto const p = static_cast<unsigned long>(k_ProjectionAxes[axis][0]);
+    auto const q = static_cast<unsigned long>(k_ProjectionAxes[axis][1]);
     std::vector<int> edges;
     for (int i = 0; i < 12; ++i)
     {

@@ -264,7 +264,7 @@ TYPED_TEST(EigenDecomposition, A_negative_zero_as_cotangent_turns_by_a_positive_
 TYPED_TEST(EigenDecomposition, A_matrix_that_is_not_symmetric_gives_0_and_writes_nothing)
 {
     using M = C3DMatrix33Tpl<TypeParam>;
-    TypeParam const epsilon = TypeParam(0x1p-10);
+    auto const epsilon = TypeParam(0x1p-10);
     M const symmetric = Symmetric<TypeParam>(1, 0, 0, 3, 0, 2);
     for (int i = 0; i < 9; ++i)
     {
@@ -349,7 +349,7 @@ TYPED_TEST(EigenDecomposition, ComputeEigen_reads_the_upper_triangle_alone)
 TYPED_TEST(EigenDecomposition, Elements_below_the_tolerance_count_as_zero)
 {
     using M = C3DMatrix33Tpl<TypeParam>;
-    TypeParam const epsilon = TypeParam(0x1p-10);
+    auto const epsilon = TypeParam(0x1p-10);
     TypeParam const below = std::nextafter(epsilon, TypeParam(0));
     M vectors;
     C3DVector3Tpl<TypeParam> values(0, 0, 0);

@@ -72,7 +72,7 @@ TYPED_TEST(Matrix33Arithmetic, Divides_by_multiplying_with_the_reciprocal)
 {
     using M = C3DMatrix33Tpl<TypeParam>;
     // Among these, elements for which the quotient differs from the product with the reciprocal.
-    TypeParam const divisor = TypeParam(49);
+    auto const divisor = TypeParam(49);
     M const expected = M().Mul(this->b, TypeParam(1) / divisor);
     M target;
     EXPECT_EQ(&target.Div(this->b, divisor), &target);

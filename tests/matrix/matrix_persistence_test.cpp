@@ -47,7 +47,7 @@ TYPED_TEST(MatrixPersistence, A_record_is_the_elements_row_by_row)
 TYPED_TEST(MatrixPersistence, A_record_is_read_back_bit_by_bit)
 {
     using T = typename TestFixture::Scalar;
-    TypeParam source = CountingMatrix<TypeParam>();
+    auto source = CountingMatrix<TypeParam>();
     source.Set(0, 1, -T(0))
         .Set(1, 1, k_Nan<T>)
         .Set(2, 0, -k_Infinity<T>)
@@ -63,7 +63,7 @@ TYPED_TEST(MatrixPersistence, A_record_is_read_back_bit_by_bit)
 
 TYPED_TEST(MatrixPersistence, A_null_stream_is_no_error)
 {
-    TypeParam m = CountingMatrix<TypeParam>();
+    auto m = CountingMatrix<TypeParam>();
     EXPECT_EQ(m.Save(nullptr, 0), 0);
     EXPECT_EQ(m.Load(nullptr), 0);
     EXPECT_TRUE(SameBits(m, CountingMatrix<TypeParam>()));

@@ -13,7 +13,7 @@ namespace
 /// What the conversion has to give. The store to a volatile is the rounding that no optimisation removes.
 double Rounded(double value)
 {
-    float const volatile narrow = static_cast<float>(value);
+    auto const volatile narrow = static_cast<float>(value);
     return static_cast<double>(narrow);
 }
 
@@ -104,7 +104,7 @@ TEST_F(Narrowing, An_inverse_of_the_float_matrices_holds_floats)
 {
     for (int i = 0; i < 100; ++i)
     {
-        Narrow const m = RandomMatrix<Narrow>(random);
+        auto const m = RandomMatrix<Narrow>(random);
         Wide const widened = ThroughFloatInverse(m);
         Wide wideInverse;
         ASSERT_EQ(wideInverse.Invert(Wide().SetFromFloat(m)), 1);
@@ -129,7 +129,7 @@ TEST_F(Narrowing, Eigenvalues_of_the_float_matrix_hold_floats)
 {
     for (int i = 0; i < 100; ++i)
     {
-        C3DMatrix33Tpl<float> m = RandomMatrix<C3DMatrix33Tpl<float>>(random);
+        auto m = RandomMatrix<C3DMatrix33Tpl<float>>(random);
         m.Add(C3DMatrix33Tpl<float>().Transpose(m));
         C3DMatrix33Tpl<double> wide;
         for (int k = 0; k < 9; ++k)

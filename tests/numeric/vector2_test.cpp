@@ -307,7 +307,7 @@ TYPED_TEST(Vector2, SetMinimal_of_magnitudes_keeps_the_sign)
 TYPED_TEST(Vector2, Axes_that_are_no_number_give_way_to_Y)
 {
     TypeParam const nan = std::numeric_limits<TypeParam>::quiet_NaN();
-    TypeParam const epsilon = TypeParam(0.5);
+    auto const epsilon = TypeParam(0.5);
     // X is never longer than a Y that is no number, and such a Y holds nothing.
     auto const from = this->Of(0, 0).SetY(nan);
     EXPECT_EQ(this->Of(1, 0).LinearPositionUnInterpolate(from, this->Of(2, 1), epsilon), 0);

@@ -222,10 +222,10 @@ TEST_P(GimbalLock, The_target_s_sum_or_difference_counts_from_1e_6_in_float)
     {
         Vectorf target(0, 0, 0);
         target.Set(pole.row.a0, sign * above);
-        double const p = static_cast<double>(sign * above);
+        auto const p = static_cast<double>(sign * above);
         EXPECT_EQ(Solve(mat, target).Get(pole.row.a0), static_cast<float>(p + (d - p) / 2));
         target.Set(pole.row.a0, sign * below);
-        double const q = static_cast<double>(sign * below);
+        auto const q = static_cast<double>(sign * below);
         EXPECT_EQ(Solve(mat, target).Get(pole.row.a0), static_cast<float>(q + d / 2));
         EXPECT_NE(static_cast<float>(q + (d - q) / 2), static_cast<float>(q + d / 2));
     }

@@ -513,7 +513,7 @@ TEST(QuaternionFloat, Normalize_sums_in_float_and_compares_and_divides_in_double
         }
         else
         {
-            float const volatile factor = static_cast<float>(1 / std::sqrt(squared));
+            auto const volatile factor = static_cast<float>(1 / std::sqrt(squared));
             EXPECT_TRUE(HasComponents<float>(q, std::clamp(before.W * factor, -1.0F, 1.0F), before.X * factor,
                                              before.Y * factor, before.Z * factor));
             ++scaled;

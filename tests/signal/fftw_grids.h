@@ -24,7 +24,7 @@ inline std::vector<int> SizesOf(Shape const & shape, int rank)
 inline Spectrum FourierByFftw(Shape const & shape, int sign, Spectrum samples)
 {
     auto * const data = reinterpret_cast<fftwl_complex *>(samples.data());
-    fftwl_plan const plan =
+    auto * const plan =
         fftwl_plan_dft(3, SizesOf(shape, 3).data(), data, data, sign < 0 ? FFTW_FORWARD : FFTW_BACKWARD, FFTW_ESTIMATE);
     fftwl_execute(plan);
     fftwl_destroy_plan(plan);
@@ -60,7 +60,7 @@ inline std::vector<Wide> TrigonometricByFftw(Kernel const & kernel, Shape const 
                      }
                  });
     std::vector<fftwl_r2r_kind> const kinds(static_cast<std::size_t>(rank), kernel.sign < 0 ? backward : forward);
-    fftwl_plan const plan =
+    auto * const plan =
         fftwl_plan_r2r(rank, SizesOf(shape, rank).data(), theirs.data(), theirs.data(), kinds.data(), FFTW_ESTIMATE);
     fftwl_execute(plan);
     fftwl_destroy_plan(plan);

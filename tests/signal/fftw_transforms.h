@@ -17,7 +17,7 @@ namespace signal_test
 /// A transform of FFTW between real arrays, not normalised.
 inline std::vector<Wide> ByFftw(fftwl_r2r_kind kind, std::vector<Wide> a)
 {
-    fftwl_plan const plan = fftwl_plan_r2r_1d(static_cast<int>(a.size()), a.data(), a.data(), kind, FFTW_ESTIMATE);
+    auto * const plan = fftwl_plan_r2r_1d(static_cast<int>(a.size()), a.data(), a.data(), kind, FFTW_ESTIMATE);
     fftwl_execute(plan);
     fftwl_destroy_plan(plan);
     return a;
@@ -26,7 +26,7 @@ inline std::vector<Wide> ByFftw(fftwl_r2r_kind kind, std::vector<Wide> a)
 inline std::vector<Wide> ComplexByFftw(int n, int sign, std::vector<Wide> a)
 {
     auto * const samples = reinterpret_cast<fftwl_complex *>(a.data());
-    fftwl_plan const plan =
+    auto * const plan =
         fftwl_plan_dft_1d(n / 2, samples, samples, sign < 0 ? FFTW_FORWARD : FFTW_BACKWARD, FFTW_ESTIMATE);
     fftwl_execute(plan);
     fftwl_destroy_plan(plan);

@@ -106,7 +106,7 @@ struct TwoDimensions
 
     static Signal MakeSignal(Shape const & shape)
     {
-        return Signal(static_cast<unsigned int>(shape.rows), static_cast<unsigned int>(shape.width));
+        return {static_cast<unsigned int>(shape.rows), static_cast<unsigned int>(shape.width)};
     }
     static double * Row(Signal const & signal, int /*plane*/, int row) { return signal.m_Data[row]; }
 
@@ -150,8 +150,8 @@ struct ThreeDimensions
 
     static Signal MakeSignal(Shape const & shape)
     {
-        return Signal(static_cast<unsigned int>(shape.planes), static_cast<unsigned int>(shape.rows),
-                      static_cast<unsigned int>(shape.width));
+        return {static_cast<unsigned int>(shape.planes), static_cast<unsigned int>(shape.rows),
+                static_cast<unsigned int>(shape.width)};
     }
     static double * Row(Signal const & signal, int plane, int row) { return signal.m_Data[plane][row]; }
 

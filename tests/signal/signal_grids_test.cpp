@@ -97,7 +97,7 @@ TYPED_TEST(SignalGrids, Have_each_row_on_its_own)
     long const requests = counts.GetRequests();
     std::size_t const bytes = counts.GetRequestedBytes();
     EXPECT_EQ(requests, CountAllocations<TypeParam>(shape));
-    std::size_t const pointers = static_cast<std::size_t>(CountAllocations<TypeParam>(shape) - 1);
+    auto const pointers = static_cast<std::size_t>(CountAllocations<TypeParam>(shape) - 1);
     EXPECT_EQ(bytes, pointers * sizeof(void *) + CountValues(shape) * sizeof(double));
     ExpectSizes(signal, shape);
     std::vector<double const *> const rows = RowsOf(signal, shape);

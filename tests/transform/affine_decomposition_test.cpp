@@ -381,7 +381,7 @@ struct HalfTurns
 
 TYPED_TEST(AffineDecomposition, Half_turns_beside_the_scale_change_two_signs_each)
 {
-    double const pi = static_cast<double>(static_cast<TypeParam>(k_PiOfDouble));
+    auto const pi = static_cast<double>(static_cast<TypeParam>(k_PiOfDouble));
     HalfTurns const cases[] = {
         {{0.3, 0.4, pi}, {-1, -1, 1}, {true, true, false}},  {{0.3, 0.4, -pi}, {-1, -1, 1}, {true, true, false}},
         {{0.3, pi, pi}, {1, -1, -1}, {true, false, false}},  {{0.3, -pi, pi}, {1, -1, -1}, {true, false, false}},
@@ -434,7 +434,7 @@ TEST(AffineDecompositionOfFloats, A_half_turn_is_one_within_a_millionth_of_the_e
 {
     // The nearest float is 8.7e-8 too large, and its neighbours are 2.4e-7 apart.
     float const unit = 0x1p-22F;
-    float const nearest = static_cast<float>(k_PiOfDouble);
+    auto const nearest = static_cast<float>(k_PiOfDouble);
     for (float const sign : {1.0F, -1.0F})
     {
         EXPECT_TRUE(MovesHalfTurnAboutZ(sign * nearest));

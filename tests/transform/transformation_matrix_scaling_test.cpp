@@ -458,10 +458,10 @@ TEST(TransformationMatrixScalingOfFloats, SetScalingAndRotation_multiplies_a_rot
         C3DRotMatTpl<double> const & r = *rotation.GetMatrix();
         for (int e = 0; e < 9; ++e)
         {
-            double const factor = static_cast<double>(s.Get(e / 3));
+            auto const factor = static_cast<double>(s.Get(e / 3));
             auto const expected = static_cast<float>(factor * r.Get(e / 3, e % 3));
             EXPECT_EQ(m.Get(e / 3, e % 3), expected);
-            float const volatile narrowed = static_cast<float>(r.Get(e / 3, e % 3));
+            auto const volatile narrowed = static_cast<float>(r.Get(e / 3, e % 3));
             rounded_twice += expected != s.Get(e / 3) * narrowed ? 1 : 0;
         }
     }

@@ -458,7 +458,7 @@ TYPED_TEST(TransformationMatrix, GetQNMatrix_writes_the_rows_as_float)
     m.GetQNMatrix(out);
     for (int i = 0; i < 16; ++i)
     {
-        float const expected = static_cast<float>(m.Get(i / 4, i % 4));
+        auto const expected = static_cast<float>(m.Get(i / 4, i % 4));
         EXPECT_TRUE(out[i / 4][i % 4] == expected || i == 9) << i;
     }
     EXPECT_TRUE(std::isnan(out[2][1]));
