@@ -1,13 +1,13 @@
 # The lines of the library, its headers and its programs that the tests have run, read by gcovr from a build with
 # --coverage. The target fails where fewer are covered than ever should be.
 find_program(GCOVR gcovr REQUIRED)
-set(MATH_COVERAGE_REPORT ${PROJECT_BINARY_DIR}/coverage)
+set(MATH_COVERAGE_DIR ${PROJECT_BINARY_DIR}/coverage)
 
 add_custom_target(coverage_report
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${MATH_COVERAGE_REPORT}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${MATH_COVERAGE_DIR}
     COMMAND ${GCOVR} --root ${PROJECT_SOURCE_DIR} --object-directory ${PROJECT_BINARY_DIR}
         --exclude tests/ --exclude docs/ --exclude build/ --sort-uncovered
-        --html-details ${MATH_COVERAGE_REPORT}/index.html --txt ${MATH_COVERAGE_REPORT}/lines.txt --print-summary
+        --html-details ${MATH_COVERAGE_DIR}/index.html --txt ${MATH_COVERAGE_DIR}/lines.txt --print-summary
         --fail-under-line 97
     WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
-    COMMENT "Line coverage in ${MATH_COVERAGE_REPORT}" VERBATIM USES_TERMINAL)
+    COMMENT "Line coverage in ${MATH_COVERAGE_DIR}" VERBATIM USES_TERMINAL)
