@@ -77,6 +77,8 @@ pkg-config)
     ;;
 esac
 
-# What runs must be this installation, not another one of the machine.
-ldd "$program" | grep -qF "$prefix/" || fail "the example is linked to another library: $(ldd "$program")"
+# What runs must be this installation, not another one of the machine. The list is complete before it is searched: a
+# search that ends at its find would leave ldd writing to nobody, which fails the pipe.
+linked=$(ldd "$program")
+[[ $linked == *"=> $prefix/"* ]] || fail "the example is linked to another library: $linked"
 "$program" | diff "$scratch/expected" -
