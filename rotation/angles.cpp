@@ -31,8 +31,8 @@ double BoundedInZeroToTwoPi(double angle)
     return angle;
 }
 
-/// The whole turns nearest to an angle, in 32 bits; none for a NaN.
-double CountTurns(double angle)
+/// The whole turns nearest to an angle, in 32 bits; none for a NaN. As an integer, so that no turns have no sign.
+int CountTurns(double angle)
 {
     double turns = std::trunc(angle * k_InverseTwoPi);
     double const rest = std::fmod(angle, k_TwoPi);
@@ -48,7 +48,8 @@ double CountTurns(double angle)
     {
         return 0;
     }
-    return std::clamp<double>(turns, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+    return static_cast<int>(
+        std::clamp<double>(turns, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 } // namespace

@@ -202,6 +202,14 @@ TEST(GetUnboundedAngle, Half_a_turn_is_no_whole_one)
     EXPECT_EQ(F3DGetUnboundedAngle(1, std::nextafter(-k_Pi, -4.0)), -k_TwoPi + 1);
 }
 
+TEST(GetUnboundedAngle, No_turns_have_no_sign)
+{
+    for (double const reference : {0.0, -0.0, 1.0, -1.0, -k_Pi, std::nan("")})
+    {
+        EXPECT_FALSE(std::signbit(F3DGetUnboundedAngle(-0.0, reference))) << reference;
+    }
+}
+
 TEST(GetUnboundedAngle, Beyond_32_bits_the_count_stands_still)
 {
     double const most = 2147483647.0 * k_TwoPi;
