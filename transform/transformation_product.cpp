@@ -285,11 +285,17 @@ void C3DTransfo::DifScalingOrientations(C3DTransfo & a, C3DTransfo & b, C3DVecto
     C3DRotation bInverse = Inverse(b.CopyEffectiveScalingOrientation());
     C3DRotation product;
     product.Mul(aOrientation, bInverse);
-    if (targetAngles != nullptr && !product.IsAlmostIdentity(k_Tolerance))
+    // The quaternion of the product decides whether one is held: a whole turn is, though its angles may be zeros.
+    _AllocateScalingOrientationMatrix(!product.IsAlmostIdentity(k_Tolerance));
+    if (m_pScalingOrientation == nullptr)
+    {
+        return;
+    }
+    if (targetAngles != nullptr)
     {
         product.MulUsingEulerAnglesTarget(aOrientation, bInverse, *targetAngles, E3DROTORDER_XYZ);
     }
-    StoreScalingOrientation(product);
+    m_pScalingOrientation->Set(product, 0);
 }
 
 // --- Maps between spaces ---------------------------------------------------------------------------------------------

@@ -509,7 +509,13 @@ inline void DifOrientationsBySteps(C3DTransfo & self, C3DTransfo & a, C3DTransfo
     Rotation soB = InverseUnlessIdentity(has_b ? *Inside::ScalingOrientation(b) : Rotation());
     Rotation product;
     product.Mul(soA, soB);
-    if (target != nullptr && product.IsAlmostIdentity(1e-12) == 0)
+    bool const wanted = product.IsAlmostIdentity(1e-12) == 0;
+    Inside::AllocateScalingOrientation(self, wanted);
+    if (!wanted)
+    {
+        return;
+    }
+    if (target != nullptr)
     {
         Vector angles(0, 0, 0);
         if (Inside::ScalingOrientation(*target) != nullptr)
@@ -518,7 +524,7 @@ inline void DifOrientationsBySteps(C3DTransfo & self, C3DTransfo & a, C3DTransfo
         }
         product.MulUsingEulerAnglesTarget(soA, soB, angles, E3DROTORDER_XYZ);
     }
-    StoreOrientation(self, product);
+    *Inside::ScalingOrientation(self) = product;
 }
 
 /// `target` is null, or another object than self, with its components clean.

@@ -532,6 +532,30 @@ TEST(Difference, Angles_of_the_scaling_orientation_come_near_those_of_the_target
     EXPECT_EQ(E3DROTREPTYPE_XYZANGLES, RotationInside(*Inside::ScalingOrientation(self)).GetOrigRep());
 }
 
+TEST(Difference, Of_scaling_orientations_by_a_whole_turn_is_held_though_its_angles_near_the_target_are_zeros)
+{
+    Values turned = Plain();
+    turned.orientation = Rotation(Vector(2 * k_Pi, 0, 0), E3DROTORDER_XYZ);
+    C3DTransfo a = Component(turned);
+    C3DTransfo b = Component(OtherPlain());
+    C3DTransfo nearBy = Component();
+    for (C3DTransfo * const target : {static_cast<C3DTransfo *>(nullptr), &nearBy})
+    {
+        C3DTransfo self;
+        self.Dif(a, b, k_All, target);
+        ASSERT_NE(nullptr, Inside::ScalingOrientation(self));
+        C3DQuatTpl<double> quat;
+        Inside::ScalingOrientation(self)->GetQuat(quat);
+        EXPECT_EQ(-1, quat.GetW());
+    }
+    C3DTransfo self;
+    self.Dif(a, b, k_All, &nearBy);
+    Vector angles(1, 2, 3);
+    Inside::ScalingOrientation(self)->GetXYZAngles(angles);
+    EXPECT_TRUE(Near(Vector(0, 0, 0), angles, 1e-15));
+    EXPECT_FALSE(self.IsScalingOrientationExisting());
+}
+
 TEST(Difference, Near_itself_reads_the_angles_before_it_writes)
 {
     C3DTransfo a = Component();
