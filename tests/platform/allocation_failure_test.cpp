@@ -10,6 +10,7 @@
 
 #include <array>
 #include <filesystem>
+#include <sstream>
 #include <string>
 
 namespace
@@ -132,6 +133,19 @@ TEST(AllocationFailure, Vector_is_put_into_no_safe_array)
         EXPECT_EQ(result.parray, before) << number;
     }
     SafeArrayDestroy(before);
+}
+
+TEST(AllocationFailure, Dump_skips_its_label_and_the_end_of_its_line)
+{
+    C3DVector3Tpl<double> const vector(1, 2, 3);
+    auto const dump = [&vector](std::ostringstream & stream) { vector.Dump(L"label", stream); };
+    std::ostringstream refused;
+    RefuseAllocation(0, [&] { dump(refused); });
+    EXPECT_EQ(refused.str(), "( 1 2 3 )\n \n");
+    EXPECT_TRUE(refused.good());
+    std::ostringstream allowed;
+    dump(allowed);
+    EXPECT_EQ(allowed.str(), "label\n( 1 2 3 )\n \n");
 }
 
 TEST(AllocationFailure, String_is_empty_or_keeps_its_text)
