@@ -52,6 +52,7 @@ struct Ours
     {
         out.Invert(a);
     }
+    static void InvertTransposed(Matrix4 & out, Matrix4 const & a) { out.TransposeInverse(a); }
     static void Transform(Point & out, Point const & p, Matrix4 const & m) { out.Mul(p, m); }
 };
 
@@ -73,6 +74,7 @@ struct WithEigen
     {
         out = a.inverse();
     }
+    static void InvertTransposed(Matrix4 & out, Matrix4 const & a) { out = a.inverse().transpose(); }
     static void Transform(Point & out, Point const & p, Matrix4 const & m)
     {
         out = (m * p.homogeneous()).hnormalized();
@@ -97,6 +99,7 @@ struct WithGlm
     {
         out = glm::inverse(a);
     }
+    static void InvertTransposed(Matrix4 & out, Matrix4 const & a) { out = glm::transpose(glm::inverse(a)); }
     static void Transform(Point & out, Point const & p, Matrix4 const & m)
     {
         glm::vec<4, T> const h = m * glm::vec<4, T>(p, T(1));
@@ -149,6 +152,23 @@ void Inverse(benchmark::State & state)
 }
 
 template <typename Peer>
+void TransposedInverse(benchmark::State & state)
+{
+    auto const matrices = RandomMatrices<Peer, 4>(k_Count);
+    auto out = matrices;
+    for (auto _ : state)
+    {
+        for (std::size_t i = 0; i < k_Count; ++i)
+        {
+            Peer::InvertTransposed(out[i], matrices[i]);
+        }
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+}
+
+template <typename Peer>
 void PointsThroughMatrix(benchmark::State & state)
 {
     auto const count = static_cast<std::size_t>(state.range(0));
@@ -192,6 +212,13 @@ BENCHMARK(Inverse<WithGlm<double>, 4>);
 BENCHMARK(Inverse<Ours<float>, 4>);
 BENCHMARK(Inverse<WithEigen<float>, 4>);
 BENCHMARK(Inverse<WithGlm<float>, 4>);
+
+BENCHMARK(TransposedInverse<Ours<double>>);
+BENCHMARK(TransposedInverse<WithEigen<double>>);
+BENCHMARK(TransposedInverse<WithGlm<double>>);
+BENCHMARK(TransposedInverse<Ours<float>>);
+BENCHMARK(TransposedInverse<WithEigen<float>>);
+BENCHMARK(TransposedInverse<WithGlm<float>>);
 
 BENCHMARK(PointsThroughMatrix<Ours<double>>)->Arg(64)->Arg(4096);
 BENCHMARK(PointsThroughMatrix<WithEigen<double>>)->Arg(64)->Arg(4096);

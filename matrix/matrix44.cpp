@@ -2,11 +2,9 @@
 
 #include "math/detail/determinant4.h"
 #include "matrix/elements.h"
+#include "matrix/inverse44.h"
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"
-
-#include <cmath>
-#include <utility>
 
 namespace
 {
@@ -31,69 +29,6 @@ C3DMatrix44Tpl<T> & SetFrom(C3DMatrix44Tpl<Source> const & source, C3DMatrix44Tp
         target.GetArray()[i] = static_cast<T>(source.GetArray()[i]);
     }
     return target.SetMaskInfo(source.GetMaskInfo());
-}
-
-/// The rows of a matrix beside those of the identity, in the course of Gauss-Jordan elimination, in pairs of neighbours
-/// that go through the same operations.
-struct AugmentedMatrix
-{
-    typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
-
-    Pair rows[4][4];
-
-    double Get(int r, int c) const { return rows[r][c / 2][c % 2]; }
-};
-
-/// Brings a row with a usable pivot to place k: the row itself if it serves, else the first below that does. A larger
-/// pivot further down is not looked for.
-bool FindPivot(AugmentedMatrix & m, int k, double limit)
-{
-    for (int i = k; i < 4; ++i)
-    {
-        if (std::abs(m.Get(i, k)) >= limit)
-        {
-            if (i != k)
-            {
-                std::swap(m.rows[i], m.rows[k]);
-            }
-            return true;
-        }
-    }
-    return false;
-}
-
-/// Clears column K in every row but row K. The pairs of columns before it are not read again and are left as they are.
-template <int K>
-void Eliminate(AugmentedMatrix & m)
-{
-    double const reciprocal = 1 / m.Get(K, K);
-    for (int pair = K / 2; pair < 4; ++pair)
-    {
-        m.rows[K][pair] *= reciprocal;
-    }
-    for (int i = 0; i < 4; ++i)
-    {
-        if (i == K)
-        {
-            continue;
-        }
-        double const factor = m.Get(i, K);
-        for (int pair = K / 2; pair < 4; ++pair)
-        {
-            m.rows[i][pair] -= factor * m.rows[K][pair];
-        }
-    }
-}
-
-template <int K>
-bool Step(AugmentedMatrix & m, double limit)
-{
-    if (!(std::abs(m.Get(K, K)) >= limit) && !FindPivot(m, K, limit)) [[unlikely]]
-    {
-        return false;
-    }
-    Eliminate<K>(m);
-    return true;
 }
 
 } // namespace
@@ -197,27 +132,7 @@ int C3DMatrix44Tpl<T>::TransposeInverse(C3DMatrix44Tpl const & a)
 template <typename T>
 int C3DMatrix44Tpl<T>::ComputeInverse(T const (*const a)[4], T (*const out)[4], int transposed)
 {
-    AugmentedMatrix m;
-    for (int r = 0; r < 4; ++r)
-    {
-        m.rows[r][0] = AugmentedMatrix::Pair{static_cast<double>(a[r][0]), static_cast<double>(a[r][1])};
-        m.rows[r][1] = AugmentedMatrix::Pair{static_cast<double>(a[r][2]), static_cast<double>(a[r][3])};
-        m.rows[r][2] = AugmentedMatrix::Pair{double(r == 0), double(r == 1)};
-        m.rows[r][3] = AugmentedMatrix::Pair{double(r == 2), double(r == 3)};
-    }
-    double const limit = math::detail::k_WidenedTolerance<T>;
-    if (!(Step<0>(m, limit) && Step<1>(m, limit) && Step<2>(m, limit) && Step<3>(m, limit)))
-    {
-        return 0;
-    }
-    for (int r = 0; r < 4; ++r)
-    {
-        for (int c = 0; c < 4; ++c)
-        {
-            out[r][c] = static_cast<T>(transposed == 0 ? m.Get(r, 4 + c) : m.Get(c, 4 + r));
-        }
-    }
-    return 1;
+    return math::detail::Invert(a, out, transposed != 0);
 }
 
 template <typename T>

@@ -148,6 +148,19 @@ TEST(Matrix44InverseDouble, The_limit_of_a_pivot_is_absolute)
     EXPECT_EQ(target.Invert(Scaled(-1e-12)), 1);
 }
 
+TEST(Matrix44InverseDouble, The_limit_of_a_pivot_holds_for_a_row_further_down)
+{
+    auto const withPivotBelow = [](double pivot)
+    { return C3DMatrix44Tpl<double>(0, 1, 0, 0, 0, 0, 1, 0, pivot, 0, 0, 0, 0, 0, 0, 1); };
+    C3DMatrix44Tpl<double> target;
+    EXPECT_EQ(target.Invert(withPivotBelow(std::nextafter(1e-12, 0.0))), 0);
+    for (double const pivot : {1e-12, -1e-12})
+    {
+        EXPECT_EQ(target.Invert(withPivotBelow(pivot)), 1) << pivot;
+        EXPECT_EQ(target.Get(0, 2), 1 / pivot);
+    }
+}
+
 TEST(Matrix44InverseFloat, The_limit_of_a_pivot_is_1e_minus_6_in_double)
 {
     C3DMatrix44Tpl<float> target;
@@ -208,6 +221,113 @@ TEST(Matrix44InverseFloat, Is_the_inverse_in_double_rounded_once)
             EXPECT_EQ(inverse.GetArray()[k], static_cast<float>(wideInverse.GetArray()[k]));
         }
     }
+}
+
+/// The elimination on the four by eight array, written out.
+template <typename T>
+bool EliminateWrittenOut(C3DMatrix44Tpl<T> const & a, C3DMatrix44Tpl<T> & inverse)
+{
+    double m[4][8] = {};
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            m[r][c] = static_cast<double>(a.Get(r, c));
+        }
+        m[r][4 + r] = 1;
+    }
+    for (int k = 0; k < 4; ++k)
+    {
+        int pivot = k;
+        while (pivot < 4 && !(std::abs(m[pivot][k]) >= (sizeof(T) == sizeof(float) ? 1e-6 : 1e-12)))
+        {
+            ++pivot;
+        }
+        if (pivot == 4)
+        {
+            return false;
+        }
+        std::swap(m[k], m[pivot]);
+        double const reciprocal = 1 / m[k][k];
+        for (double & element : m[k])
+        {
+            element *= reciprocal;
+        }
+        for (int r = 0; r < 4; ++r)
+        {
+            double const factor = m[r][k];
+            for (int c = 0; r != k && c < 8; ++c)
+            {
+                m[r][c] -= factor * m[k][c];
+            }
+        }
+    }
+    for (int r = 0; r < 4; ++r)
+    {
+        for (int c = 0; c < 4; ++c)
+        {
+            inverse.Set(r, c, static_cast<T>(m[r][4 + c]));
+        }
+    }
+    return true;
+}
+
+/// The same number, a zero with its sign, or NaN both.
+template <typename T>
+bool IsSameNumber(T a, T b)
+{
+    return std::isnan(a) ? std::isnan(b) : a == b && std::signbit(a) == std::signbit(b);
+}
+
+/// Ones of either sign, zeros of either sign and numbers between, and now and then something that is far from them.
+template <typename T>
+T ElementOfManyKinds(Random & random)
+{
+    using Limits = std::numeric_limits<T>;
+    std::array<T, 8> const rare = {Limits::infinity(),
+                                   -Limits::infinity(),
+                                   Limits::quiet_NaN(),
+                                   Limits::max(),
+                                   -Limits::max(),
+                                   Limits::min(),
+                                   T(1e-6F),
+                                   T(-1e-12)};
+    auto const number = static_cast<T>(random.Uniform(-1.0, 1.0));
+    auto const kind = static_cast<int>(random.Uniform(0.0, 64.0));
+    if (kind == 0)
+    {
+        return rare[static_cast<std::size_t>(random.Uniform(0.0, 8.0))];
+    }
+    return kind < 36 ? std::copysign(T(0), number) : kind < 48 ? std::copysign(T(1), number) : number;
+}
+
+TYPED_TEST(Matrix44Inverse, Is_to_the_bit_what_the_elimination_written_out_gives)
+{
+    using M = C3DMatrix44Tpl<TypeParam>;
+    Random random(444);
+    int invertible = 0;
+    for (int i = 0; i < 40000; ++i)
+    {
+        M x;
+        std::generate_n(x.GetArray(), 16, [&random] { return ElementOfManyKinds<TypeParam>(random); });
+        for (int k = 0; k < 4 && i % 2 == 0; ++k)
+        {
+            x.Set(k, k, x.Get(k, k) + static_cast<TypeParam>(random.Uniform(-2.0, 2.0)));
+        }
+        M expected;
+        bool const hasInverse = EliminateWrittenOut(x, expected);
+        M inverse;
+        M transposed;
+        ASSERT_EQ(inverse.Invert(x), hasInverse ? 1 : 0);
+        ASSERT_EQ(transposed.TransposeInverse(x), hasInverse ? 1 : 0);
+        invertible += hasInverse ? 1 : 0;
+        for (int k = 0; k < 16; ++k)
+        {
+            ASSERT_TRUE(IsSameNumber(inverse.Get(k / 4, k % 4), expected.Get(k / 4, k % 4))) << x;
+            ASSERT_TRUE(IsSameNumber(transposed.Get(k % 4, k / 4), expected.Get(k / 4, k % 4))) << x;
+        }
+    }
+    EXPECT_GT(invertible, 10000);
 }
 
 TYPED_TEST(Matrix44Inverse, Agrees_with_Eigen_on_random_matrices)
