@@ -3,6 +3,7 @@
 /// \file
 /// The three by three matrix.
 
+#include "math/detail/product3.h"
 #include "math/numeric.h"
 #include "math/vector3.h"
 
@@ -209,13 +210,21 @@ public:
     /// The product a b: a acts first on a row vector.
     C3DMatrix33Tpl & Mul(C3DMatrix33Tpl const & a, C3DMatrix33Tpl const & b)
     {
-        auto const element = [&a, &b](int r, int c)
+        if constexpr (std::is_same_v<T, float>)
         {
-            return a.m_Elements[r][0] * b.m_Elements[0][c] + a.m_Elements[r][1] * b.m_Elements[1][c] +
-                   a.m_Elements[r][2] * b.m_Elements[2][c];
-        };
-        return Set(element(0, 0), element(0, 1), element(0, 2), element(1, 0), element(1, 1), element(1, 2),
-                   element(2, 0), element(2, 1), element(2, 2));
+            math::detail::MultiplyByRows(a.GetArray(), b.GetArray(), GetArray());
+            return *this;
+        }
+        else
+        {
+            auto const element = [&a, &b](int r, int c)
+            {
+                return a.m_Elements[r][0] * b.m_Elements[0][c] + a.m_Elements[r][1] * b.m_Elements[1][c] +
+                       a.m_Elements[r][2] * b.m_Elements[2][c];
+            };
+            return Set(element(0, 0), element(0, 1), element(0, 2), element(1, 0), element(1, 1), element(1, 2),
+                       element(2, 0), element(2, 1), element(2, 2));
+        }
     }
     /// The target times b.
     C3DMatrix33Tpl & Mul(C3DMatrix33Tpl const & b) { return Mul(*this, b); }

@@ -389,8 +389,8 @@ inline C3DVector3Tpl<T> & C3DVector3Tpl<T>::Mul(C3DVector3Tpl<T> const & v, C3DM
     }
     typename math::detail::Row4<T>::Lanes sum;
     MulPoint(v, m, sum);
-    T const reciprocal = T(1) / sum[3];
-    return Set(sum[0] * reciprocal, sum[1] * reciprocal, sum[2] * reciprocal);
+    sum *= T(1) / sum[3];
+    return Set(sum[0], sum[1], sum[2]);
 }
 
 template <typename T>
