@@ -1,6 +1,6 @@
 #include "geometry/eye_view_volume.h"
 
-#include <cmath>
+#include "geometry/vector_pair.h"
 
 namespace math::detail
 {
@@ -8,88 +8,101 @@ namespace math::detail
 namespace
 {
 
-/// Two numbers that go through the same operations side by side, in the registers that every target of the library has.
-typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
-
-/// Two truth values, with all bits set or none. Of which integer type the comparisons make them is the compiler's own.
-using PairOfTruths = decltype(Pair() < Pair());
-
-/// Two of the eight corners of a box, seen from the camera: those at its minimum and its maximum along its Z axis.
-struct CornerPair
-{
-    Pair x;
-    Pair y;
-    Pair z;
-};
-
+/// Corners of a box, seen from the camera, in pairs: those at its minimum and its maximum along its Y axis.
 constexpr int k_CornerPairs = 4;
+using Corners = VectorPair[k_CornerPairs];
 
-/// What a component of a point adds to a coordinate of its image: nothing where it is 0 or a NaN, as for
+/// What is added for a product that is left out: it changes no sum, not even the sign of a zero.
+constexpr Pair k_NoProduct = {-0.0, -0.0};
+
+/// What components of points add to a coordinate of their images: nothing where they are 0 or a NaN, as for
 /// C3DVector3Tpl::Mul.
-double Term(double component, double element)
+Pair Term(Pair components, double element)
 {
-    return std::abs(component) > 0 ? component * element : -0.0;
+    PairOfTruths const areUsed = (components < 0) | (components > 0);
+    return areUsed ? components * element : k_NoProduct;
 }
 
-/// One coordinate of the corners' images under an affine matrix. Partial sums that corners share are formed once; each
-/// corner has its terms in the order of C3DVector3Tpl::Mul.
-void TransformCorners(C3DVector3Tpl<double> const * box, C3DXfoMatTpl<double> const & m, int column,
-                      Pair CornerPair::*coordinate, CornerPair (&out)[k_CornerPairs])
+/// The corners' images under an affine matrix, coordinate by coordinate. Partial sums that corners share are formed
+/// once; each corner has its terms in the order of C3DVector3Tpl::Mul.
+class CornerTransformation
 {
-    Pair const z = {Term(box[0].Z, m.Get(2, column)), Term(box[1].Z, m.Get(2, column))};
-    for (int i = 0; i < k_CornerPairs; ++i)
+public:
+    CornerTransformation(C3DVector3Tpl<double> const * box, C3DXfoMatTpl<double> const & boxToView)
+        : m_Box(box[0], box[1]), m_BoxToView(boxToView)
     {
-        double const sum = m.Get(3, column) + Term(box[i / 2].X, m.Get(0, column));
-        out[i].*coordinate = sum + Term(box[i % 2].Y, m.Get(1, column)) + z;
     }
-}
+
+    void Transform(int column, Pair VectorPair::*coordinate, Corners & corners) const
+    {
+        Pair const x = m_BoxToView.Get(3, column) + Term(m_Box.X, m_BoxToView.Get(0, column));
+        Pair const y = Term(m_Box.Y, m_BoxToView.Get(1, column));
+        Pair const z = Term(m_Box.Z, m_BoxToView.Get(2, column));
+        for (int i = 0; i < k_CornerPairs; ++i)
+        {
+            corners[i].*coordinate = x[i / 2] + y + z[i % 2];
+        }
+    }
+
+private:
+    VectorPair m_Box; ///< its minimum and its maximum
+    C3DXfoMatTpl<double> const & m_BoxToView;
+};
 
 /// What the outcodes of the corners have in common. A bit of an outcode tells that a corner is beyond one plane.
 class Outcodes
 {
 public:
-    /// Two opposite planes: a corner beyond the first one is not beyond the second. Returns whether one of them has all
-    /// corners beyond it, and so separates the box from the volume.
+    /// Two opposite planes: a corner beyond the first one is not beyond the second.
     template <typename First, typename Second>
-    bool Add(CornerPair const (&corners)[k_CornerPairs], First isBeyondFirst, Second isBeyondSecond)
+    void Add(Corners const & corners, First isBeyondFirst, Second isBeyondSecond)
     {
-        PairOfTruths areBeyondFirst = {-1, -1};
-        PairOfTruths areBeyondSecond = {-1, -1};
-        for (CornerPair const & p : corners)
+        constexpr int both = 3;
+        int areBeyondFirst = both;
+        int areBeyondSecond = both;
+        for (VectorPair const & p : corners)
         {
-            PairOfTruths const first = isBeyondFirst(p);
-            PairOfTruths const second = isBeyondSecond(p);
+            int const first = ToBits(isBeyondFirst(p));
+            int const second = ToBits(isBeyondSecond(p));
             areBeyondFirst &= first;
             areBeyondSecond &= second & ~first;
-            m_IsAnyBeyond |= first | second;
+            m_AreAnyBeyond |= first | second;
         }
-        return ((areBeyondFirst[0] & areBeyondFirst[1]) | (areBeyondSecond[0] & areBeyondSecond[1])) != 0;
+        m_AreAllBeyondOne |= (areBeyondFirst == both) | (areBeyondSecond == both);
     }
 
-    bool IsAnyBeyond() const { return (m_IsAnyBeyond[0] | m_IsAnyBeyond[1]) != 0; }
+    tagE3DVIEWINTERSECTION Classify() const
+    {
+        if (m_AreAllBeyondOne)
+        {
+            return E3DVIEWINTERSECTION_OUTSIDE;
+        }
+        return m_AreAnyBeyond != 0 ? E3DVIEWINTERSECTION_CROSSING : E3DVIEWINTERSECTION_INSIDE;
+    }
 
 private:
-    PairOfTruths m_IsAnyBeyond = {0, 0};
+    bool m_AreAllBeyondOne = false; ///< All corners are beyond one plane, which separates the box from the volume.
+    int m_AreAnyBeyond = 0;         ///< Whether some corner is beyond some plane.
 };
 
-/// The sides of an orthographic volume. Returns whether one of them separates.
-bool AddBoxSides(EyeViewVolume const & volume, CornerPair const (&corners)[k_CornerPairs], Outcodes & codes)
+/// The sides of an orthographic volume.
+void AddBoxSides(EyeViewVolume const & volume, Corners const & corners, Outcodes & codes)
 {
-    return codes.Add(
-               corners, [&](CornerPair const & p) { return p.x < volume.left; },
-               [&](CornerPair const & p) { return p.x > volume.right; }) ||
-           codes.Add(
-               corners, [&](CornerPair const & p) { return p.y < volume.bottom; },
-               [&](CornerPair const & p) { return p.y > volume.top; });
+    codes.Add(
+        corners, [&](VectorPair const & p) { return p.X < volume.left; },
+        [&](VectorPair const & p) { return p.X > volume.right; });
+    codes.Add(
+        corners, [&](VectorPair const & p) { return p.Y < volume.bottom; },
+        [&](VectorPair const & p) { return p.Y > volume.top; });
 }
 
-/// The sides of a perspective volume. Returns whether one of them separates.
-bool AddPyramidSides(EyeViewVolume const & volume, CornerPair const (&corners)[k_CornerPairs], Outcodes & codes)
+/// The sides of a perspective volume.
+void AddPyramidSides(EyeViewVolume const & volume, Corners const & corners, Outcodes & codes)
 {
     auto const isBeyond = [](double const(&side)[3])
-    { return [&side](CornerPair const & p) { return side[0] * p.x + side[1] * p.y + side[2] * p.z < 0; }; };
-    return codes.Add(corners, isBeyond(volume.leftSide), isBeyond(volume.rightSide)) ||
-           codes.Add(corners, isBeyond(volume.bottomSide), isBeyond(volume.topSide));
+    { return [&side](VectorPair const & p) { return side[0] * p.X + side[1] * p.Y + side[2] * p.Z < 0; }; };
+    codes.Add(corners, isBeyond(volume.leftSide), isBeyond(volume.rightSide));
+    codes.Add(corners, isBeyond(volume.bottomSide), isBeyond(volume.topSide));
 }
 
 } // namespace
@@ -129,24 +142,18 @@ tagE3DVIEWINTERSECTION EyeViewVolume::Classify(C3DVector3Tpl<double> const * box
         boxToView.C3DMatrix44Tpl<double>::Mul(*boxToWorld, worldToView);
     }
     C3DXfoMatTpl<double> const & matrix = boxToWorld != nullptr ? boxToView : worldToView;
-    CornerPair corners[k_CornerPairs];
+    // How a box ends is a coin toss: everything is computed, and nothing branches on it.
+    CornerTransformation const transformation(box, matrix);
+    Corners corners;
+    transformation.Transform(0, &VectorPair::X, corners);
+    transformation.Transform(1, &VectorPair::Y, corners);
+    transformation.Transform(2, &VectorPair::Z, corners);
     Outcodes codes;
-    TransformCorners(box, matrix, 2, &CornerPair::z, corners);
-    if (codes.Add(
-            corners, [this](CornerPair const & p) { return p.z > minusNear; },
-            [this](CornerPair const & p) { return p.z < minusFar; }))
-    {
-        return E3DVIEWINTERSECTION_OUTSIDE;
-    }
-    TransformCorners(box, matrix, 0, &CornerPair::x, corners);
-    TransformCorners(box, matrix, 1, &CornerPair::y, corners);
-    bool const isBeyondSide =
-        orthographic != 0 ? AddBoxSides(*this, corners, codes) : AddPyramidSides(*this, corners, codes);
-    if (isBeyondSide)
-    {
-        return E3DVIEWINTERSECTION_OUTSIDE;
-    }
-    return codes.IsAnyBeyond() ? E3DVIEWINTERSECTION_CROSSING : E3DVIEWINTERSECTION_INSIDE;
+    codes.Add(
+        corners, [this](VectorPair const & p) { return p.Z > minusNear; },
+        [this](VectorPair const & p) { return p.Z < minusFar; });
+    orthographic != 0 ? AddBoxSides(*this, corners, codes) : AddPyramidSides(*this, corners, codes);
+    return codes.Classify();
 }
 
 } // namespace math::detail

@@ -23,6 +23,17 @@ inline C3DVector3Tpl<double> Cross(C3DVector3Tpl<double> const & a, C3DVector3Tp
     return C3DVector3Tpl<double>().SetCross(a, b);
 }
 
+/// a times a factor.
+inline C3DVector3Tpl<double> Product(C3DVector3Tpl<double> const & a, double factor)
+{
+    return C3DVector3Tpl<double>().Mul(a, factor);
+}
+
+inline double Length(C3DVector3Tpl<double> const & a)
+{
+    return a.GetLength();
+}
+
 /// origin + t direction.
 inline C3DVector3Tpl<double> PointAlong(C3DVector3Tpl<double> const & origin, C3DVector3Tpl<double> const & direction,
                                         double t)

@@ -1,6 +1,7 @@
 #include "geometry/world_view_volume.h"
 
 #include "geometry/vector_expressions.h"
+#include "geometry/vector_pair.h"
 #include "math/vector2.h"
 
 #include <cmath>
@@ -194,29 +195,30 @@ void CopyBounds(Vector const * box, Bounds & bounds)
     }
 }
 
+/// One answer out of all six comparisons, for one branch: which of them separates cannot be foretold, and most boxes
+/// end here.
 bool AreApart(Bounds const & box, WorldViewVolume const & volume)
 {
     double const * const minimum = volume.minimum.GetArray();
     double const * const maximum = volume.maximum.GetArray();
-    bool areApart = false;
+    int areApart = 0;
     for (int i = 0; i < 3; ++i)
     {
-        areApart |= minimum[i] > box.corners[1][i];
-        areApart |= box.corners[0][i] > maximum[i];
+        areApart |= ToBits(Pair{minimum[i], box.corners[0][i]} > Pair{box.corners[1][i], maximum[i]});
     }
-    return areApart;
+    return areApart != 0;
 }
 
 /// Whether the first bounds hold the second; equal ones do.
 bool Contain(double const * minimum, double const * maximum, double const * innerMinimum, double const * innerMaximum)
 {
-    bool contain = true;
+    constexpr int both = 3;
+    int contain = both;
     for (int i = 0; i < 3; ++i)
     {
-        contain &= minimum[i] <= innerMinimum[i];
-        contain &= innerMaximum[i] <= maximum[i];
+        contain &= ToBits(Pair{minimum[i], innerMaximum[i]} <= Pair{innerMinimum[i], maximum[i]});
     }
-    return contain;
+    return contain == both;
 }
 
 /// The value of a hyperplane at the corner of the box that lies farthest against its normal, or at the opposite one.

@@ -2,6 +2,7 @@
 
 #include "geometry/intersect/signed_areas.h"
 #include "geometry/vector_expressions.h"
+#include "geometry/vector_pair.h"
 #include "math/platform/result.h"
 #include "math/polynomial_roots.h"
 
@@ -10,6 +11,8 @@
 using math::detail::Cross;
 using math::detail::Difference;
 using math::detail::Dot;
+using math::detail::Pair;
+using math::detail::ToBits;
 using Vector = C3DVector3Tpl<double>;
 
 namespace
@@ -17,10 +20,10 @@ namespace
 
 /// Whether the areas are those of a point in the triangle's plane: off it they do not add up to the whole. A root that
 /// is not exact leaves the point off the plane.
-bool IsInPlane(math::detail::SignedAreas const & areas, double whole)
+bool IsInPlane(math::detail::SignedAreas const & areas)
 {
     constexpr double share = 0.001;
-    return std::abs(std::abs(areas.ofA + areas.ofB + areas.ofC) - whole) < whole * share;
+    return std::abs(std::abs(areas.ofA + areas.ofB + areas.ofC) - areas.ofWhole) < areas.ofWhole * share;
 }
 
 /// Writes the weights of p in the triangle a b c.
@@ -28,19 +31,18 @@ bool IsInPlane(math::detail::SignedAreas const & areas, double whole)
 bool FindWeights(Vector const & p, Vector const & a, Vector const & b, Vector const & c, double tolerance,
                  double * weights)
 {
-    Vector normal;
-    double const area = normal.SetCross(a, b, c).GetLength();
-    math::detail::SignedAreas areas(p, a, b, c, normal);
+    math::detail::SignedAreas areas(p, a, b, c);
     bool isInPlane = true;
-    if (area > math::detail::k_StandardTolerance<double>)
+    if (areas.ofWhole > math::detail::k_StandardTolerance<double>)
     {
-        isInPlane = IsInPlane(areas, area);
-        areas.Divide(area);
+        isInPlane = IsInPlane(areas);
+        areas.DivideByWhole();
     }
     weights[0] = areas.ofA;
     weights[1] = areas.ofB;
     weights[2] = areas.ofC;
-    return isInPlane && areas.ofA > -tolerance && areas.ofB > -tolerance && areas.ofC > -tolerance;
+    bool const isBeyondNoEdge = ToBits(Pair{areas.ofA, areas.ofB} > -tolerance) == 3;
+    return isInPlane & isBeyondNoEdge & (areas.ofC > -tolerance);
 }
 
 } // namespace
@@ -83,11 +85,11 @@ long F3DDeformedPtVsDeformedTriangleIntersection(Vector const & p0, Vector const
         double const t = times[i];
         auto const at = [t](Vector const & from, Vector const & to)
         { return math::detail::PointAlong(from, Difference(to, from), t); };
-        if (FindWeights(at(p0, p1), at(a0, a1), at(b0, b1), at(c0, c1), tolerance, weights + 3 * kept))
-        {
-            times[kept] = t;
-            ++kept;
-        }
+        unsigned long const isKept =
+            FindWeights(at(p0, p1), at(a0, a1), at(b0, b1), at(c0, c1), tolerance, weights + 3 * kept) ? 1 : 0;
+        // An index and no branch, which nobody could foretell: a time that is dropped leaves the place as it is.
+        times[kept] = times[kept + isKept * (i - kept)];
+        kept += isKept;
     }
     count = kept;
     return kept > 0 ? S_OK : S_FALSE;

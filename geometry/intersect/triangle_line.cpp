@@ -50,12 +50,10 @@ long F3DWorldSegmentVsTriangleIntersectionOld(Vector const & start, Vector const
     Vector const projectedA = project(a);
     Vector const projectedB = project(b);
     Vector const projectedC = project(c);
-    Vector normal;
-    double const area = normal.SetCross(projectedA, projectedB, projectedC).GetLength();
-    math::detail::SignedAreas areas(start, projectedA, projectedB, projectedC, normal);
-    if (area > tolerance)
+    math::detail::SignedAreas areas(start, projectedA, projectedB, projectedC);
+    if (areas.ofWhole > tolerance)
     {
-        areas.Divide(area);
+        areas.DivideByWhole();
     }
     weightA = areas.ofA;
     weightB = areas.ofB;
