@@ -3,6 +3,8 @@
 /// \file
 /// Transforms along the columns of rows that lie apart, a few columns at a time in scratch memory.
 
+#include "signal/lines_of_four.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -20,8 +22,8 @@ inline int ColumnGroupWidth(int width, int elementSize)
 template <int Count, int ElementSize>
 struct ColumnGroup
 {
-    template <typename RowOf, typename Kernel>
-    static void Transform(int length, int place, RowOf rowOf, double * t, Kernel kernel)
+    template <typename Kernel>
+    static void Transform(int length, int place, Rows const & rows, double * t, Kernel kernel)
     {
         std::ptrdiff_t const columnSize = static_cast<std::ptrdiff_t>(length) * ElementSize;
         // Whole elements are moved, as the kernel reads them: narrower stores would hold up its loads.
@@ -29,7 +31,7 @@ struct ColumnGroup
         {
             for (int i = 0; i < length; ++i)
             {
-                double * const row = rowOf(i) + place;
+                double * const row = rows.At(i) + place;
                 double * const inColumns = t + static_cast<std::ptrdiff_t>(i) * ElementSize;
                 for (std::ptrdiff_t column = 0; column < Count; ++column)
                 {
@@ -50,11 +52,10 @@ struct ColumnGroup
 /// Runs `kernel` on every column.
 /// \param length how many rows there are
 /// \param width how many values a row has, a power of two
-/// \param rowOf gives the row of a number
 /// \param t scratch for `length` times ColumnGroupWidth values
 /// \param kernel transforms a column in place
-template <int ElementSize, typename RowOf, typename Kernel>
-void TransformColumns(int length, int width, RowOf rowOf, double * t, Kernel kernel)
+template <int ElementSize, typename Kernel>
+void TransformColumns(int length, int width, Rows const & rows, double * t, Kernel kernel)
 {
     int const groupWidth = ColumnGroupWidth(width, ElementSize);
     for (int place = 0; place < width; place += groupWidth)
@@ -62,13 +63,13 @@ void TransformColumns(int length, int width, RowOf rowOf, double * t, Kernel ker
         switch (groupWidth / ElementSize)
         {
         case 4:
-            ColumnGroup<4, ElementSize>::Transform(length, place, rowOf, t, kernel);
+            ColumnGroup<4, ElementSize>::Transform(length, place, rows, t, kernel);
             break;
         case 2:
-            ColumnGroup<2, ElementSize>::Transform(length, place, rowOf, t, kernel);
+            ColumnGroup<2, ElementSize>::Transform(length, place, rows, t, kernel);
             break;
         default:
-            ColumnGroup<1, ElementSize>::Transform(length, place, rowOf, t, kernel);
+            ColumnGroup<1, ElementSize>::Transform(length, place, rows, t, kernel);
         }
     }
 }

@@ -23,28 +23,32 @@ enum class BlockType
 };
 
 /// The factors of a place k in a split: W^k and W^3k.
+template <typename Factor>
 struct Twiddles
 {
-    Complex first;
-    Complex third;
+    Factor first;
+    Factor third;
 };
 
 /// Those of the place Q - k of a quarter of Q samples, for W = exp(2 pi i / 4 Q): i conj W^k and -i conj W^3k.
-[[gnu::always_inline]] inline Twiddles Mirrored(Twiddles const & at)
+template <typename Factor>
+[[gnu::always_inline]] inline Twiddles<Factor> Mirrored(Twiddles<Factor> const & at)
 {
     return {Exchanged(at.first), -Exchanged(at.third)};
 }
 
 /// An entry of a table.
-[[gnu::always_inline]] inline Twiddles LoadTwiddles(double const * entry)
+template <typename Factor>
+[[gnu::always_inline]] inline Twiddles<Factor> LoadTwiddles(double const * entry)
 {
-    return {Load<Complex>(entry), Conjugate(Load<Complex>(entry + 2))};
+    return {Load<Factor>(entry), Conjugate(Load<Factor>(entry + 2))};
 }
 
 /// Those of the middle of a quarter: 45 and 135 degrees.
-[[gnu::always_inline]] inline Twiddles MiddleTwiddles(double cosineOf45)
+template <typename Factor>
+[[gnu::always_inline]] inline Twiddles<Factor> MiddleTwiddles(double cosineOf45)
 {
-    return {Complex{cosineOf45, cosineOf45}, Complex{-cosineOf45, cosineOf45}};
+    return {Factor{cosineOf45, cosineOf45}, Factor{-cosineOf45, cosineOf45}};
 }
 
 /// The first step of a split in four, for four samples a quarter of a block apart. Type A gives the sums of the even
@@ -109,124 +113,206 @@ struct SplitOfB
     Lanes quarter3;
 };
 
+// A block takes its samples from `from`, by At<J>(), when it needs them, and gives its results to `to`, by Put<J>(x),
+// as soon as it has them: so few are under way at a time that the registers hold most of them.
+
+/// Samples under way.
+template <typename Lanes>
+struct Held
+{
+    template <int J>
+    [[gnu::always_inline]] Lanes At() const
+    {
+        return x[J];
+    }
+    template <int J>
+    [[gnu::always_inline]] void Put(Lanes const & value) const
+    {
+        x[J] = value;
+    }
+
+    Lanes * x;
+};
+
+/// Where the results of a part of a block go, which begins at a place.
+template <int Begin, typename To>
+struct PartOf
+{
+    template <int J, typename Lanes>
+    [[gnu::always_inline]] void Put(Lanes const & value) const
+    {
+        to.template Put<Begin + J>(value);
+    }
+
+    To const & to;
+};
+
 /// Two samples.
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockA2(Lanes * x)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockA2(From const & from, To const & to)
 {
-    Lanes const difference = x[0] - x[1];
-    x[0] += x[1];
-    x[1] = difference;
+    Lanes const x0 = from.template At<0>();
+    Lanes const x1 = from.template At<1>();
+    to.template Put<0>(x0 + x1);
+    to.template Put<1>(x0 - x1);
 }
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockB2(Lanes * x)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockB2(From const & from, To const & to)
 {
-    Lanes const turned = TimesI(x[1]);
-    x[1] = x[0] - turned;
-    x[0] += turned;
-}
-
-/// Stores a split at place k of the quarters of Q samples.
-template <std::ptrdiff_t Q, typename Lanes, typename Split>
-[[gnu::always_inline]] inline void StoreSplit(Lanes * x, std::ptrdiff_t k, Split const & split)
-{
-    x[k] = split.quarter0;
-    x[k + Q] = split.quarter1;
-    x[k + 2 * Q] = split.quarter2;
-    x[k + 3 * Q] = split.quarter3;
+    Lanes const x0 = from.template At<0>();
+    auto const turned = TimesI<Lanes>(from.template At<1>());
+    to.template Put<0>(x0 + turned);
+    to.template Put<1>(x0 - turned);
 }
 
-/// Splits place k of a block of four quarters of Q samples. Place 0 needs no turn.
-template <std::ptrdiff_t Q, typename Lanes>
-[[gnu::always_inline]] inline void SplitA(Lanes * x, std::ptrdiff_t k, Twiddles const & w)
+/// Gives a split at place K of the quarters of Q samples.
+template <int Q, int K, typename To, typename Split>
+[[gnu::always_inline]] inline void PutSplit(To const & to, Split const & split)
 {
-    SplitOfA<Lanes> split(x[k], x[k + Q], x[k + 2 * Q], x[k + 3 * Q]);
+    to.template Put<K>(split.quarter0);
+    to.template Put<K + Q>(split.quarter1);
+    to.template Put<K + 2 * Q>(split.quarter2);
+    to.template Put<K + 3 * Q>(split.quarter3);
+}
+
+/// Splits place K of a block of four quarters of Q samples. Place 0 needs no turn.
+///@{
+template <typename Lanes, int Q, int K, typename From>
+[[gnu::always_inline]] inline SplitOfA<Lanes> TakeA(From const & from)
+{
+    return {from.template At<K>(), from.template At<K + Q>(), from.template At<K + 2 * Q>(),
+            from.template At<K + 3 * Q>()};
+}
+template <typename Lanes, int Q, int K, typename From>
+[[gnu::always_inline]] inline SplitOfB<Lanes> TakeB(From const & from, double cosineOf45)
+{
+    return {from.template At<K>(), from.template At<K + Q>(), from.template At<K + 2 * Q>(),
+            from.template At<K + 3 * Q>(), cosineOf45};
+}
+template <typename Lanes, int Q, int K, typename From, typename To>
+[[gnu::always_inline]] inline void SplitA(From const & from, To const & to, Twiddles<FactorOf<Lanes>> const & w)
+{
+    SplitOfA<Lanes> split = TakeA<Lanes, Q, K>(from);
     split.TurnBy(TurnAllBy<Lanes>(w.first), TurnAllBy<Lanes>(w.third));
-    StoreSplit<Q>(x, k, split);
+    PutSplit<Q, K>(to, split);
 }
-template <std::ptrdiff_t Q, typename Lanes>
-[[gnu::always_inline]] inline void SplitA(Lanes * x)
+template <typename Lanes, int Q, typename From, typename To>
+[[gnu::always_inline]] inline void SplitA(From const & from, To const & to)
 {
-    StoreSplit<Q>(x, 0, SplitOfA<Lanes>(x[0], x[Q], x[2 * Q], x[3 * Q]));
+    PutSplit<Q, 0>(to, TakeA<Lanes, Q, 0>(from));
 }
-template <std::ptrdiff_t Q, typename Lanes>
-[[gnu::always_inline]] inline void SplitB(Lanes * x, std::ptrdiff_t k, double cosineOf45, Twiddles const & v)
+template <typename Lanes, int Q, int K, typename From, typename To>
+[[gnu::always_inline]] inline void SplitB(From const & from, To const & to, double cosineOf45,
+                                          Twiddles<FactorOf<Lanes>> const & v)
 {
-    SplitOfB<Lanes> split(x[k], x[k + Q], x[k + 2 * Q], x[k + 3 * Q], cosineOf45);
+    SplitOfB<Lanes> split = TakeB<Lanes, Q, K>(from, cosineOf45);
     split.TurnBy(TurnAllBy<Lanes>(v.first), TurnAllBy<Lanes>(v.third));
-    StoreSplit<Q>(x, k, split);
+    PutSplit<Q, K>(to, split);
 }
-template <std::ptrdiff_t Q, typename Lanes>
-[[gnu::always_inline]] inline void SplitB(Lanes * x, double cosineOf45)
+template <typename Lanes, int Q, typename From, typename To>
+[[gnu::always_inline]] inline void SplitB(From const & from, To const & to, double cosineOf45)
 {
-    StoreSplit<Q>(x, 0, SplitOfB<Lanes>(x[0], x[Q], x[2 * Q], x[3 * Q], cosineOf45));
+    PutSplit<Q, 0>(to, TakeB<Lanes, Q, 0>(from, cosineOf45));
 }
+///@}
 
 /// Four samples, in quarters of one.
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockA4(Lanes * x)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockA4(From const & from, To const & to)
 {
-    SplitA<1>(x);
+    SplitA<Lanes, 1>(from, to);
 }
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockB4(Lanes * x, double cosineOf45)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockB4(From const & from, To const & to, double cosineOf45)
 {
-    SplitB<1>(x, cosineOf45);
+    SplitB<Lanes, 1>(from, to, cosineOf45);
 }
 
 /// Eight samples. `w` is the end of the twiddles, w + nw.
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockA8(Lanes * x, double const * w)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockA8(From const & from, To const & to, double const * w)
 {
-    SplitA<2>(x);
-    SplitA<2>(x, 1, MiddleTwiddles(w[-3])); // of the sub-table of two values
-    BlockA2(x);
-    BlockB2(x + 2);
-    BlockA2(x + 4);
-    BlockA2(x + 6);
+    Lanes x[8];
+    Held<Lanes> const held{x};
+    SplitA<Lanes, 2>(from, held);
+    SplitA<Lanes, 2, 1>(from, held, MiddleTwiddles<FactorOf<Lanes>>(w[-3])); // of the sub-table of two values
+    BlockA2<Lanes>(held, to);
+    BlockB2<Lanes>(Held<Lanes>{x + 2}, PartOf<2, To>{to});
+    BlockA2<Lanes>(Held<Lanes>{x + 4}, PartOf<4, To>{to});
+    BlockA2<Lanes>(Held<Lanes>{x + 6}, PartOf<6, To>{to});
 }
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockB8(Lanes * x, double const * w)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockB8(From const & from, To const & to, double const * w)
 {
     double const * const t = w - 16;
-    SplitB<2>(x, t[1]);
-    SplitB<2>(x, 1, t[1], LoadTwiddles(t + 4));
-    BlockA2(x);
-    BlockB2(x + 2);
-    BlockA2(x + 4);
-    BlockB2(x + 6);
+    Lanes x[8];
+    Held<Lanes> const held{x};
+    SplitB<Lanes, 2>(from, held, t[1]);
+    SplitB<Lanes, 2, 1>(from, held, t[1], LoadTwiddles<FactorOf<Lanes>>(t + 4));
+    BlockA2<Lanes>(held, to);
+    BlockB2<Lanes>(Held<Lanes>{x + 2}, PartOf<2, To>{to});
+    BlockA2<Lanes>(Held<Lanes>{x + 4}, PartOf<4, To>{to});
+    BlockB2<Lanes>(Held<Lanes>{x + 6}, PartOf<6, To>{to});
 }
 
 /// Sixteen samples.
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockA16(Lanes * x, double const * w)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockA16(From const & from, To const & to, double const * w)
 {
+    using Factor = FactorOf<Lanes>;
     double const * const t = w - 8;
     double const r = t[1];
     // 22.5 degrees, and three times that
-    Twiddles const atOne{Complex{t[2], t[3]}, Complex{t[3], t[2]}};
-    SplitA<4>(x);
-    SplitA<4>(x, 1, atOne);
-    SplitA<4>(x, 2, MiddleTwiddles(r));
-    SplitA<4>(x, 3, Mirrored(atOne));
-    BlockA4(x);
-    BlockB4(x + 4, r);
-    BlockA4(x + 8);
-    BlockA4(x + 12);
+    Twiddles<Factor> const atOne{Factor{t[2], t[3]}, Factor{t[3], t[2]}};
+    Lanes x[16];
+    Held<Lanes> const held{x};
+    SplitA<Lanes, 4>(from, held);
+    SplitA<Lanes, 4, 1>(from, held, atOne);
+    SplitA<Lanes, 4, 2>(from, held, MiddleTwiddles<Factor>(r));
+    SplitA<Lanes, 4, 3>(from, held, Mirrored(atOne));
+    BlockA4<Lanes>(held, to);
+    BlockB4<Lanes>(Held<Lanes>{x + 4}, PartOf<4, To>{to}, r);
+    BlockA4<Lanes>(Held<Lanes>{x + 8}, PartOf<8, To>{to});
+    BlockA4<Lanes>(Held<Lanes>{x + 12}, PartOf<12, To>{to});
 }
-template <typename Lanes>
-[[gnu::always_inline]] inline void BlockB16(Lanes * x, double const * w)
+template <typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void BlockB16(From const & from, To const & to, double const * w)
 {
+    using Factor = FactorOf<Lanes>;
     double const * const t = w - 32;
     double const r = t[1];
-    SplitB<4>(x, r);
-    for (std::ptrdiff_t k = 1; k < 4; ++k)
+    Lanes x[16];
+    Held<Lanes> const held{x};
+    SplitB<Lanes, 4>(from, held, r);
+    SplitB<Lanes, 4, 1>(from, held, r, LoadTwiddles<Factor>(t + 4));
+    SplitB<Lanes, 4, 2>(from, held, r, LoadTwiddles<Factor>(t + 8));
+    SplitB<Lanes, 4, 3>(from, held, r, LoadTwiddles<Factor>(t + 12));
+    BlockA4<Lanes>(held, to);
+    BlockB4<Lanes>(Held<Lanes>{x + 4}, PartOf<4, To>{to}, r);
+    BlockA4<Lanes>(Held<Lanes>{x + 8}, PartOf<8, To>{to});
+    BlockB4<Lanes>(Held<Lanes>{x + 12}, PartOf<12, To>{to}, r);
+}
+
+/// A block of M samples; those of two and four are of type A.
+template <int M, BlockType Type, typename Lanes, typename From, typename To>
+[[gnu::always_inline]] inline void TransformBlock(From const & from, To const & to, double const * w)
+{
+    if constexpr (M == 2)
     {
-        SplitB<4>(x, k, r, LoadTwiddles(t + 4 * k));
+        BlockA2<Lanes>(from, to);
     }
-    BlockA4(x);
-    BlockB4(x + 4, r);
-    BlockA4(x + 8);
-    BlockB4(x + 12, r);
+    else if constexpr (M == 4)
+    {
+        BlockA4<Lanes>(from, to);
+    }
+    else if constexpr (M == 8)
+    {
+        Type == BlockType::A ? BlockA8<Lanes>(from, to, w) : BlockB8<Lanes>(from, to, w);
+    }
+    else
+    {
+        Type == BlockType::A ? BlockA16<Lanes>(from, to, w) : BlockB16<Lanes>(from, to, w);
+    }
 }
 
 } // namespace math::detail

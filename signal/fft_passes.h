@@ -3,6 +3,8 @@
 /// \file
 /// What the transform kernels share: tables on demand, and the passes between a real and a complex transform.
 
+#include "signal/fft_core.h"
+
 namespace math::detail
 {
 
@@ -37,8 +39,20 @@ void DSPCosinePhase(int n, double * a, int nc, double const * c);
 void DSPSinePhase(int n, double * a, int nc, double const * c);
 ///@}
 
+/// What a real transform is made of: for one array, or for several side by side.
+struct RealParts
+{
+    Cores cores;
+    RealPasses passes;
+};
+
+/// Those for one array.
+RealParts const & PartsOfOne();
+
 /// The complex transform of n values and the pass behind it, or the pass before it; nothing below 4 values.
-void TransformForward(int n, double * a, int const * ip, double const * w);
-void TransformBackward(int n, double * a, int const * ip, double const * w);
+///@{
+void TransformForward(RealParts const & parts, int n, double * a, int const * ip, double const * w);
+void TransformBackward(RealParts const & parts, int n, double * a, int const * ip, double const * w);
+///@}
 
 } // namespace math::detail

@@ -3,6 +3,7 @@
 #include "signal/column_pass.h"
 #include "signal/fft_kernels.h"
 #include "signal/fft_passes.h"
+#include "signal/lines_of_four.h"
 #include "signal/mirrored_rows.h"
 #include "signal/scratch.h"
 
@@ -14,52 +15,81 @@ namespace math::detail
 namespace
 {
 
-using RowKernel = void (*)(int n, int sign, double * a, int * ip, double * w);
+/// A kernel of fft_kernels.h, and its forms for four lines.
+struct LineKernel
+{
+    void (*one)(int n, int sign, double * a, int * ip, double * w);
+    FourLinesKernel FourLines::*fourRows;
+    FourLinesKernel FourLines::*fourColumns;
+};
+
+constexpr LineKernel k_Complex{DSPComplexDFT, &FourLines::complexRows, &FourLines::complexColumns};
+constexpr LineKernel k_Real{DSPRealDFT, &FourLines::realRows, nullptr};
+constexpr LineKernel k_Cosine{DSPCosineDFT, &FourLines::cosineRows, &FourLines::cosineColumns};
+constexpr LineKernel k_Sine{DSPSineDFT, &FourLines::sineRows, &FourLines::sineColumns};
 
 /// What a pass over an array needs beside the array.
 struct Pass
 {
     int sign;
-    double * t;
-    int * ip;
-    double * w;
+    KernelMemory memory;
+    std::size_t scratchSize;
+    FourLines const * fourLines = FindFourLines();
 
     /// The rows of a plane.
-    void Rows(RowKernel kernel, int n1, int n2, double ** a) const
+    void AlongRows(LineKernel const & kernel, int n1, int n2, double ** a) const
     {
-        for (int i = 0; i < n1; ++i)
+        int i = 0;
+        if (fourLines != nullptr && n2 % 4 == 0 && 4 * static_cast<std::size_t>(n2) <= scratchSize)
         {
-            kernel(n2, sign, a[i], ip, w);
+            for (; i + 3 < n1; i += 4)
+            {
+                (fourLines->*kernel.fourRows)(Rows(a), i, n2, sign, memory);
+            }
+        }
+        for (; i < n1; ++i)
+        {
+            kernel.one(n2, sign, a[i], memory.ip, memory.w);
         }
     }
 
-    /// The columns of n1 rows of n2 values, given by number.
-    template <int ElementSize, typename RowOf>
-    void Columns(RowKernel kernel, int n1, int n2, RowOf rowOf) const
+    /// The columns of n1 rows of n2 values.
+    template <int ElementSize>
+    void AlongColumns(LineKernel const & kernel, int n1, int n2, Rows const & rows) const
     {
-        TransformColumns<ElementSize>(n1, n2, rowOf, t,
-                                      [&](double * column) { kernel(n1 * ElementSize, sign, column, ip, w); });
+        int const n = n1 * ElementSize;
+        if (fourLines != nullptr && ColumnGroupWidth(n2, ElementSize) == 4 * ElementSize)
+        {
+            for (int place = 0; place < n2; place += 4 * ElementSize)
+            {
+                (fourLines->*kernel.fourColumns)(rows, place, n, sign, memory);
+            }
+            return;
+        }
+        TransformColumns<ElementSize>(n1, n2, rows, memory.t,
+                                      [&](double * column) { kernel.one(n, sign, column, memory.ip, memory.w); });
     }
 
     /// Rows, then columns; for a real transform backwards the other way round.
     template <int ElementSize>
-    void Plane(RowKernel rowKernel, RowKernel columnKernel, int n1, int n2, double ** a) const
+    void Plane(LineKernel const & rowKernel, LineKernel const & columnKernel, int n1, int n2, double ** a) const
     {
-        bool const areRowsLast = rowKernel == DSPRealDFT && sign < 0;
+        bool const areRowsLast = rowKernel.one == DSPRealDFT && sign < 0;
         if (!areRowsLast)
         {
-            Rows(rowKernel, n1, n2, a);
+            AlongRows(rowKernel, n1, n2, a);
         }
-        Columns<ElementSize>(columnKernel, n1, n2, [a](int i) { return a[i]; });
+        AlongColumns<ElementSize>(columnKernel, n1, n2, Rows(a));
         if (areRowsLast)
         {
-            Rows(rowKernel, n1, n2, a);
+            AlongRows(rowKernel, n1, n2, a);
         }
     }
 
     /// All planes, each by itself.
     template <int ElementSize>
-    void Planes(RowKernel rowKernel, RowKernel columnKernel, int n1, int n2, int n3, double *** a) const
+    void Planes(LineKernel const & rowKernel, LineKernel const & columnKernel, int n1, int n2, int n3,
+                double *** a) const
     {
         for (int i = 0; i < n1; ++i)
         {
@@ -69,11 +99,11 @@ struct Pass
 
     /// The columns through all planes.
     template <int ElementSize>
-    void AcrossPlanes(RowKernel kernel, int n1, int n2, int n3, double *** a) const
+    void AcrossPlanes(LineKernel const & kernel, int n1, int n2, int n3, double *** a) const
     {
         for (int j = 0; j < n2; ++j)
         {
-            Columns<ElementSize>(kernel, n1, n3, [a, j](int i) { return a[i][j]; });
+            AlongColumns<ElementSize>(kernel, n1, n3, Rows(a, j));
         }
     }
 };
@@ -88,23 +118,26 @@ constexpr char const * k_Owner3D = "fft3d";
 
 void IgnoreRow(double * /*row*/) {}
 
-void TransformTrigonometric2D(RowKernel kernel, int n1, int n2, int sign, double ** a, double * t, int * ip, double * w)
+void TransformTrigonometric2D(LineKernel const & kernel, int n1, int n2, int sign, double ** a, double * t, int * ip,
+                              double * w)
 {
     int const longest = std::max(n1, n2);
     EnsureTwiddles(longest, 4, ip, w);
     EnsureCosines(longest, 1, ip, w);
-    Scratch const scratch(t, CountScratch(n1, n2, 1), k_Owner2D);
-    Pass{sign, scratch.Get(), ip, w}.Plane<1>(kernel, kernel, n1, n2, a);
+    std::size_t const scratchSize = CountScratch(n1, n2, 1);
+    Scratch const scratch(t, scratchSize, k_Owner2D);
+    Pass{sign, {scratch.Get(), ip, w}, scratchSize}.Plane<1>(kernel, kernel, n1, n2, a);
 }
 
-void TransformTrigonometric3D(RowKernel kernel, int n1, int n2, int n3, int sign, double *** a, double * t, int * ip,
-                              double * w)
+void TransformTrigonometric3D(LineKernel const & kernel, int n1, int n2, int n3, int sign, double *** a, double * t,
+                              int * ip, double * w)
 {
     int const longest = std::max({n1, n2, n3});
     EnsureTwiddles(longest, 4, ip, w);
     EnsureCosines(longest, 1, ip, w);
-    Scratch const scratch(t, CountScratch(std::max(n1, n2), n3, 1), k_Owner3D);
-    Pass const pass{sign, scratch.Get(), ip, w};
+    std::size_t const scratchSize = CountScratch(std::max(n1, n2), n3, 1);
+    Scratch const scratch(t, scratchSize, k_Owner3D);
+    Pass const pass{sign, {scratch.Get(), ip, w}, scratchSize};
     pass.Planes<1>(kernel, kernel, n1, n2, n3, a);
     pass.AcrossPlanes<1>(kernel, n1, n2, n3, a);
 }
@@ -114,21 +147,23 @@ void TransformTrigonometric3D(RowKernel kernel, int n1, int n2, int n3, int sign
 void DSPComplexDFT2D(int n1, int n2, int sign, double ** a, double * t, int * ip, double * w)
 {
     EnsureTwiddles(std::max(2 * n1, n2), 4, ip, w);
-    Scratch const scratch(t, CountScratch(n1, n2, 2), k_Owner2D);
-    Pass{sign, scratch.Get(), ip, w}.Plane<2>(DSPComplexDFT, DSPComplexDFT, n1, n2, a);
+    std::size_t const scratchSize = CountScratch(n1, n2, 2);
+    Scratch const scratch(t, scratchSize, k_Owner2D);
+    Pass{sign, {scratch.Get(), ip, w}, scratchSize}.Plane<2>(k_Complex, k_Complex, n1, n2, a);
 }
 
 void DSPRealDFT2D(int n1, int n2, int sign, double ** a, double * t, int * ip, double * w)
 {
     EnsureTwiddles(std::max(2 * n1, n2), 4, ip, w);
     EnsureCosines(n2, 4, ip, w);
-    Scratch const scratch(t, CountScratch(n1, n2, 2), k_Owner2D);
-    Pass const pass{sign, scratch.Get(), ip, w};
+    std::size_t const scratchSize = CountScratch(n1, n2, 2);
+    Scratch const scratch(t, scratchSize, k_Owner2D);
+    Pass const pass{sign, {scratch.Get(), ip, w}, scratchSize};
     if (sign < 0)
     {
         VisitMirroredRows(a, n1, JoinFirstColumns, IgnoreRow);
     }
-    pass.Plane<2>(DSPRealDFT, DSPComplexDFT, n1, n2, a);
+    pass.Plane<2>(k_Real, k_Complex, n1, n2, a);
     if (sign >= 0)
     {
         VisitMirroredRows(a, n1, SeparateFirstColumns, IgnoreRow);
@@ -137,22 +172,23 @@ void DSPRealDFT2D(int n1, int n2, int sign, double ** a, double * t, int * ip, d
 
 void DSPCosineDFT2D(int n1, int n2, int sign, double ** a, double * t, int * ip, double * w)
 {
-    TransformTrigonometric2D(DSPCosineDFT, n1, n2, sign, a, t, ip, w);
+    TransformTrigonometric2D(k_Cosine, n1, n2, sign, a, t, ip, w);
 }
 
 void DSPSineDFT2D(int n1, int n2, int sign, double ** a, double * t, int * ip, double * w)
 {
-    TransformTrigonometric2D(DSPSineDFT, n1, n2, sign, a, t, ip, w);
+    TransformTrigonometric2D(k_Sine, n1, n2, sign, a, t, ip, w);
 }
 
 void DSPComplexDFT3D(int n1, int n2, int n3, int sign, double *** a, double * t, int * ip, double * w)
 {
     int const rows = std::max(n1, n2);
     EnsureTwiddles(std::max(2 * rows, n3), 4, ip, w);
-    Scratch const scratch(t, CountScratch(rows, n3, 2), k_Owner3D);
-    Pass const pass{sign, scratch.Get(), ip, w};
-    pass.Planes<2>(DSPComplexDFT, DSPComplexDFT, n1, n2, n3, a);
-    pass.AcrossPlanes<2>(DSPComplexDFT, n1, n2, n3, a);
+    std::size_t const scratchSize = CountScratch(rows, n3, 2);
+    Scratch const scratch(t, scratchSize, k_Owner3D);
+    Pass const pass{sign, {scratch.Get(), ip, w}, scratchSize};
+    pass.Planes<2>(k_Complex, k_Complex, n1, n2, n3, a);
+    pass.AcrossPlanes<2>(k_Complex, n1, n2, n3, a);
 }
 
 void DSPRealDFT3D(int n1, int n2, int n3, int sign, double *** a, double * t, int * ip, double * w)
@@ -160,29 +196,30 @@ void DSPRealDFT3D(int n1, int n2, int n3, int sign, double *** a, double * t, in
     int const rows = std::max(n1, n2);
     EnsureTwiddles(std::max(2 * rows, n3), 4, ip, w);
     EnsureCosines(n3, 4, ip, w);
-    Scratch const scratch(t, CountScratch(rows, n3, 2), k_Owner3D);
-    Pass const pass{sign, scratch.Get(), ip, w};
+    std::size_t const scratchSize = CountScratch(rows, n3, 2);
+    Scratch const scratch(t, scratchSize, k_Owner3D);
+    Pass const pass{sign, {scratch.Get(), ip, w}, scratchSize};
     if (sign < 0)
     {
         VisitMirroredRows(a, n1, n2, JoinFirstColumns, IgnoreRow);
-        pass.AcrossPlanes<2>(DSPComplexDFT, n1, n2, n3, a);
+        pass.AcrossPlanes<2>(k_Complex, n1, n2, n3, a);
     }
-    pass.Planes<2>(DSPRealDFT, DSPComplexDFT, n1, n2, n3, a);
+    pass.Planes<2>(k_Real, k_Complex, n1, n2, n3, a);
     if (sign >= 0)
     {
-        pass.AcrossPlanes<2>(DSPComplexDFT, n1, n2, n3, a);
+        pass.AcrossPlanes<2>(k_Complex, n1, n2, n3, a);
         VisitMirroredRows(a, n1, n2, SeparateFirstColumns, IgnoreRow);
     }
 }
 
 void DSPCosineDFT3D(int n1, int n2, int n3, int sign, double *** a, double * t, int * ip, double * w)
 {
-    TransformTrigonometric3D(DSPCosineDFT, n1, n2, n3, sign, a, t, ip, w);
+    TransformTrigonometric3D(k_Cosine, n1, n2, n3, sign, a, t, ip, w);
 }
 
 void DSPSineDFT3D(int n1, int n2, int n3, int sign, double *** a, double * t, int * ip, double * w)
 {
-    TransformTrigonometric3D(DSPSineDFT, n1, n2, n3, sign, a, t, ip, w);
+    TransformTrigonometric3D(k_Sine, n1, n2, n3, sign, a, t, ip, w);
 }
 
 } // namespace math::detail

@@ -1,80 +1,103 @@
 #pragma once
 
 /// \file
-/// The steps of the transform on an array: splits of large blocks, and the blocks at their end. `Lanes` tells how many
-/// numbers an operation takes; the bits are the same.
+/// The steps of the transform on an array: splits of large blocks, and the blocks at their end. `Lanes` tells what an
+/// operation takes: one sample (Complex), two neighbours (ComplexPair), or a sample each of several arrays side by side
+/// (ComplexOf); the bits are the same.
 
 #include "signal/fft_blocks.h"
+#include "signal/fft_reversal.h"
 
 #include <cstddef>
+#include <type_traits>
 
 namespace math::detail
 {
 
-/// Reads four samples, or four of neighbours, from the quarters of a block of type A of so many values each.
+template <typename Lanes>
+inline constexpr bool k_TakesNeighbours = std::is_same_v<Lanes, ComplexPair>;
+
+/// What stands in an array.
+template <typename Lanes>
+using SampleOf = std::conditional_t<k_TakesNeighbours<Lanes>, Complex, Lanes>;
+
+/// How many values a sample has.
+template <typename Lanes>
+inline constexpr std::ptrdiff_t k_SampleSize = k_Width<SampleOf<Lanes>>;
+
+/// Four quarters of so many values each, which are read from one array and written to it or to another.
+struct Quarters
+{
+    template <typename Split>
+    [[gnu::always_inline]] void StoreSplit(std::ptrdiff_t place, Split const & split) const
+    {
+        Store(to + place, split.quarter0);
+        Store(to + place + size, split.quarter1);
+        Store(to + place + 2 * size, split.quarter2);
+        Store(to + place + 3 * size, split.quarter3);
+    }
+
+    double const * from;
+    double * to;
+    std::ptrdiff_t size;
+};
+
+/// Those of a block of type A. Reads four samples, or four of neighbours.
 template <bool IsConjugate>
-struct QuartersOfA
+struct QuartersOfA : Quarters
 {
     template <typename Lanes>
-    [[gnu::always_inline]] SplitOfA<Lanes> SplitAt(double const * a) const
+    [[gnu::always_inline]] SplitOfA<Lanes> SplitAt(std::ptrdiff_t place) const
     {
-        return {Read<Lanes>(a), Read<Lanes>(a + quarter), Read<Lanes>(a + 2 * quarter), Read<Lanes>(a + 3 * quarter)};
+        double const * const a = from + place;
+        return {Read<Lanes>(a), Read<Lanes>(a + size), Read<Lanes>(a + 2 * size), Read<Lanes>(a + 3 * size)};
     }
     template <typename Lanes>
     [[gnu::always_inline]] static Lanes Read(double const * a)
     {
         return IsConjugate ? Conjugate(Load<Lanes>(a)) : Load<Lanes>(a);
     }
-
-    std::ptrdiff_t quarter;
 };
 
-/// The same for a block of type B.
-struct QuartersOfB
+/// Those of a block of type B.
+struct QuartersOfB : Quarters
 {
     template <typename Lanes>
-    [[gnu::always_inline]] SplitOfB<Lanes> SplitAt(double const * a) const
+    [[gnu::always_inline]] SplitOfB<Lanes> SplitAt(std::ptrdiff_t place) const
     {
-        return {Load<Lanes>(a), Load<Lanes>(a + quarter), Load<Lanes>(a + 2 * quarter), Load<Lanes>(a + 3 * quarter),
+        double const * const a = from + place;
+        return {Load<Lanes>(a), Load<Lanes>(a + size), Load<Lanes>(a + 2 * size), Load<Lanes>(a + 3 * size),
                 cosineOf45};
     }
 
-    std::ptrdiff_t quarter;
     double cosineOf45;
 };
 
-template <typename Split>
-[[gnu::always_inline]] inline void StoreSplit(double * a, std::ptrdiff_t quarter, Split const & split)
+template <typename Sample, typename Block>
+[[gnu::always_inline]] inline void SplitOne(std::ptrdiff_t place, Block const & block,
+                                            Twiddles<FactorOf<Sample>> const & at)
 {
-    Store(a, split.quarter0);
-    Store(a + quarter, split.quarter1);
-    Store(a + 2 * quarter, split.quarter2);
-    Store(a + 3 * quarter, split.quarter3);
-}
-
-template <typename Quarters>
-[[gnu::always_inline]] inline void SplitOne(double * a, Quarters const & quarters, Twiddles const & at)
-{
-    auto split = quarters.template SplitAt<Complex>(a);
-    split.TurnBy(TurnAllBy<Complex>(at.first), TurnAllBy<Complex>(at.third));
-    StoreSplit(a, quarters.quarter, split);
+    auto split = block.template SplitAt<Sample>(place);
+    split.TurnBy(TurnAllBy<Sample>(at.first), TurnAllBy<Sample>(at.third));
+    block.StoreSplit(place, split);
 }
 
 /// Splits at a place and at the next one.
-template <typename Lanes, typename Quarters>
-[[gnu::always_inline]] inline void SplitNeighbours(double * a, Quarters const & quarters, Twiddles const & at,
-                                                   Twiddles const & next)
+template <typename Lanes, typename Block>
+[[gnu::always_inline]] inline void SplitNeighbours(std::ptrdiff_t place, Block const & block,
+                                                   Twiddles<FactorOf<Lanes>> const & at,
+                                                   Twiddles<FactorOf<Lanes>> const & next)
 {
-    if constexpr (sizeof(Lanes) == sizeof(ComplexPair))
+    if constexpr (k_TakesNeighbours<Lanes>)
     {
-        auto split = quarters.template SplitAt<ComplexPair>(a);
+        auto split = block.template SplitAt<ComplexPair>(place);
         split.TurnBy(TurnEachBy(at.first, next.first), TurnEachBy(at.third, next.third));
-        StoreSplit(a, quarters.quarter, split);
+        block.StoreSplit(place, split);
     }
     else
     {
-        SplitOne(a, quarters, at);
-        SplitOne(a + 2, quarters, next);
+        SplitOne<SampleOf<Lanes>>(place, block, at);
+        SplitOne<SampleOf<Lanes>>(place + k_SampleSize<Lanes>, block, next);
     }
 }
 
@@ -85,88 +108,91 @@ template <typename Lanes, typename Quarters>
 }
 
 /// Splits at the first two places, of which the first is not turned: a factor of 1 would change the sign of a zero.
-template <typename Lanes, typename Quarters>
-[[gnu::always_inline]] inline void SplitFirst(double * a, Quarters const & quarters, Twiddles const & next)
+template <typename Lanes, typename Block>
+[[gnu::always_inline]] inline void SplitFirst(std::ptrdiff_t place, Block const & block,
+                                              Twiddles<FactorOf<Lanes>> const & next)
 {
-    if constexpr (sizeof(Lanes) == sizeof(ComplexPair))
+    if constexpr (k_TakesNeighbours<Lanes>)
     {
-        auto const split = quarters.template SplitAt<ComplexPair>(a);
+        auto const split = block.template SplitAt<ComplexPair>(place);
         auto turned = split;
         turned.TurnBy(TurnAllBy<ComplexPair>(next.first), TurnAllBy<ComplexPair>(next.third));
         turned.quarter0 = FirstAndSecond(split.quarter0, turned.quarter0);
         turned.quarter1 = FirstAndSecond(split.quarter1, turned.quarter1);
         turned.quarter2 = FirstAndSecond(split.quarter2, turned.quarter2);
         turned.quarter3 = FirstAndSecond(split.quarter3, turned.quarter3);
-        StoreSplit(a, quarters.quarter, turned);
+        block.StoreSplit(place, turned);
     }
     else
     {
-        StoreSplit(a, quarters.quarter, quarters.template SplitAt<Complex>(a));
-        SplitOne(a + 2, quarters, next);
+        block.StoreSplit(place, block.template SplitAt<SampleOf<Lanes>>(place));
+        SplitOne<SampleOf<Lanes>>(place + k_SampleSize<Lanes>, block, next);
     }
 }
 
 /// A table with the twiddles of every place.
+template <typename Factor>
 struct EveryPlace
 {
-    [[gnu::always_inline]] Twiddles At(std::ptrdiff_t k) const { return LoadTwiddles(table + 4 * k); }
+    [[gnu::always_inline]] Twiddles<Factor> At(std::ptrdiff_t k) const { return LoadTwiddles<Factor>(table + 4 * k); }
 
     double const * table;
 };
 
 /// A table with those of every other place up to `middle`, the middle of a quarter. Those between them are half the sum
 /// of their neighbours over the cosine of half a step.
+template <typename Factor>
 struct EveryOtherPlace
 {
-    [[gnu::always_inline]] Twiddles At(std::ptrdiff_t k) const
+    [[gnu::always_inline]] Twiddles<Factor> At(std::ptrdiff_t k) const
     {
         if (k % 2 == 0)
         {
             return Even(k);
         }
-        Twiddles const before = Even(k - 1);
-        Twiddles const after = Even(k + 1);
+        Twiddles<Factor> const before = Even(k - 1);
+        Twiddles<Factor> const after = Even(k + 1);
         return {table[2] * (before.first + after.first), table[3] * (before.third + after.third)};
     }
-    [[gnu::always_inline]] Twiddles Even(std::ptrdiff_t k) const
+    [[gnu::always_inline]] Twiddles<Factor> Even(std::ptrdiff_t k) const
     {
         if (k == 0)
         {
-            return {Complex{1, 0}, Complex{1, 0}};
+            return {Factor{1, 0}, Factor{1, 0}};
         }
-        return k == middle ? MiddleTwiddles(table[1]) : LoadTwiddles(table + 2 * k);
+        return k == middle ? MiddleTwiddles<Factor>(table[1]) : LoadTwiddles<Factor>(table + 2 * k);
     }
 
     double const * table;
     std::ptrdiff_t middle;
 };
 
-/// Splits a block of type A, whose quarters have so many values. `twiddles` gives those of a place up to the middle of
+/// Splits a block of type A, whose quarters have so many samples. `twiddles` gives those of a place up to the middle of
 /// a quarter; beyond it they are mirror images.
 template <typename Lanes, bool IsConjugate, typename Places>
-[[gnu::always_inline]] inline void SplitBlockA(double * a, std::ptrdiff_t quarter, double cosineOf45,
-                                               Places const & twiddles)
+[[gnu::always_inline]] inline void SplitBlockA(double const * from, double * to, std::ptrdiff_t count,
+                                               double cosineOf45, Places const & twiddles)
 {
-    QuartersOfA<IsConjugate> const quarters{quarter};
-    Twiddles before = twiddles.At(1);
-    SplitFirst<Lanes>(a, quarters, before);
-    for (std::ptrdiff_t k = 2; k < quarter / 4; k += 2)
+    constexpr std::ptrdiff_t size = k_SampleSize<Lanes>;
+    QuartersOfA<IsConjugate> const block{{from, to, size * count}};
+    Twiddles<FactorOf<Lanes>> before = twiddles.At(1);
+    SplitFirst<Lanes>(0, block, before);
+    for (std::ptrdiff_t k = 2; k < count / 2; k += 2)
     {
-        Twiddles const at = twiddles.At(k);
-        Twiddles const next = twiddles.At(k + 1);
-        SplitNeighbours<Lanes>(a + 2 * k, quarters, at, next);
-        SplitNeighbours<Lanes>(a + quarter - 2 * k, quarters, Mirrored(at), Mirrored(before));
+        auto const at = twiddles.At(k);
+        auto const next = twiddles.At(k + 1);
+        SplitNeighbours<Lanes>(size * k, block, at, next);
+        SplitNeighbours<Lanes>(size * (count - k), block, Mirrored(at), Mirrored(before));
         before = next;
     }
-    SplitNeighbours<Lanes>(a + quarter / 2, quarters, MiddleTwiddles(cosineOf45), Mirrored(before));
+    SplitNeighbours<Lanes>(size * (count / 2), block, MiddleTwiddles<FactorOf<Lanes>>(cosineOf45), Mirrored(before));
 }
 
-/// The first split of a large transform.
+/// The first split of a large transform of n values, in place or to another array.
 template <typename Lanes, bool IsConjugate>
-[[gnu::always_inline]] inline void SplitStage(std::ptrdiff_t n, double * a, double const * t)
+[[gnu::always_inline]] inline void SplitStage(std::ptrdiff_t n, double const * from, double * to, double const * t)
 {
-    std::ptrdiff_t const quarter = n / 4;
-    SplitBlockA<Lanes, IsConjugate>(a, quarter, t[1], EveryOtherPlace{t, quarter / 4});
+    SplitBlockA<Lanes, IsConjugate>(from, to, n / 8, t[1], EveryOtherPlace<FactorOf<Lanes>>{t, n / 16});
 }
 
 /// A deeper split of a block of type A of m values. `w` is the end of the twiddles.
@@ -174,7 +200,7 @@ template <typename Lanes>
 [[gnu::always_inline]] inline void LevelA(std::ptrdiff_t m, double * a, double const * w)
 {
     double const * const t = w - m / 2;
-    SplitBlockA<Lanes, false>(a, m / 4, t[1], EveryPlace{t});
+    SplitBlockA<Lanes, false>(a, a, m / 8, t[1], EveryPlace<FactorOf<Lanes>>{t});
 }
 
 /// A deeper split of a block of type B of m values.
@@ -182,101 +208,114 @@ template <typename Lanes>
 [[gnu::always_inline]] inline void LevelB(std::ptrdiff_t m, double * a, double const * w)
 {
     double const * const t = w - m;
-    std::ptrdiff_t const quarter = m / 4;
-    QuartersOfB const quarters{quarter, t[1]};
-    SplitFirst<Lanes>(a, quarters, LoadTwiddles(t + 4));
-    for (std::ptrdiff_t k = 2; k < quarter / 2; k += 2)
+    std::ptrdiff_t const count = m / 8;
+    constexpr std::ptrdiff_t size = k_SampleSize<Lanes>;
+    QuartersOfB const block{{a, a, size * count}, t[1]};
+    SplitFirst<Lanes>(0, block, LoadTwiddles<FactorOf<Lanes>>(t + 4));
+    for (std::ptrdiff_t k = 2; k < count; k += 2)
     {
-        SplitNeighbours<Lanes>(a + 2 * k, quarters, LoadTwiddles(t + 4 * k), LoadTwiddles(t + 4 * k + 4));
+        SplitNeighbours<Lanes>(size * k, block, LoadTwiddles<FactorOf<Lanes>>(t + 4 * k),
+                               LoadTwiddles<FactorOf<Lanes>>(t + 4 * k + 4));
     }
 }
 
-template <int M, BlockType Type, typename Lanes>
-[[gnu::always_inline]] inline void TransformBlock(Lanes * x, double const * w)
+/// The number of the result that a block of type A of M samples leaves at place j, when it is a whole transform.
+/// Backwards is forwards with the order of the results reversed but for the first.
+template <int M, bool IsBackward>
+constexpr std::ptrdiff_t ResultOf(std::ptrdiff_t j)
 {
-    if constexpr (M == 8)
-    {
-        Type == BlockType::A ? BlockA8(x, w) : BlockB8(x, w);
-    }
-    else
-    {
-        Type == BlockType::A ? BlockA16(x, w) : BlockB16(x, w);
-    }
+    std::ptrdiff_t const forwards = ReverseBits<M>(j);
+    return IsBackward ? (M - forwards) % M : forwards;
 }
 
-/// Runs a block of M samples on an array.
-template <int M, BlockType Type>
-[[gnu::always_inline]] inline void RunBlock(double * a, double const * w)
+/// The samples of a block in an array.
+struct InArray
 {
-    Complex x[M];
-    for (std::ptrdiff_t j = 0; j < M; ++j)
+    template <int J>
+    [[gnu::always_inline]] Complex At() const
     {
-        x[j] = Load<Complex>(a + 2 * j);
+        return Load<Complex>(a + std::ptrdiff_t{2} * J);
     }
-    TransformBlock<M, Type>(x, w);
-    for (std::ptrdiff_t j = 0; j < M; ++j)
+    template <int J>
+    [[gnu::always_inline]] void Put(Complex const & x) const
     {
-        Store(a + 2 * j, x[j]);
+        Store(a + std::ptrdiff_t{2} * J, x);
     }
-}
 
-/// Runs two of the same type.
-template <int M, BlockType Type, typename Lanes>
-[[gnu::always_inline]] inline void RunBlocks(double * a, double * b, double const * w)
-{
-    if constexpr (sizeof(Lanes) == sizeof(ComplexPair))
-    {
-        ComplexPair x[M];
-        for (std::ptrdiff_t j = 0; j < M; ++j)
-        {
-            x[j] = __builtin_shufflevector(Load<Complex>(a + 2 * j), Load<Complex>(b + 2 * j), 0, 1, 2, 3);
-        }
-        TransformBlock<M, Type>(x, w);
-        for (std::ptrdiff_t j = 0; j < M; ++j)
-        {
-            Store<Complex>(a + 2 * j, __builtin_shufflevector(x[j], x[j], 0, 1));
-            Store<Complex>(b + 2 * j, __builtin_shufflevector(x[j], x[j], 2, 3));
-        }
-    }
-    else
-    {
-        RunBlock<M, Type>(a, w);
-        RunBlock<M, Type>(b, w);
-    }
-}
+    double * a;
+};
 
-/// The four blocks of M samples of a block of type A whose split is done.
-template <int M, typename Lanes>
-[[gnu::always_inline]] inline void RunFourBlocks(double * a, double const * w)
+/// Two blocks in one, side by side.
+template <typename Block>
+struct Both
 {
-    constexpr std::ptrdiff_t size = 2 * std::ptrdiff_t{M};
-    RunBlocks<M, BlockType::A, Lanes>(a, a + 2 * size, w);
-    RunBlock<M, BlockType::B>(a + size, w);
-    RunBlock<M, BlockType::A>(a + 3 * size, w);
-}
+    template <int J>
+    [[gnu::always_inline]] ComplexPair At() const
+    {
+        return __builtin_shufflevector(first.template At<J>(), second.template At<J>(), 0, 1, 2, 3);
+    }
+    template <int J>
+    [[gnu::always_inline]] void Put(ComplexPair const & x) const
+    {
+        first.template Put<J>(__builtin_shufflevector(x, x, 0, 1));
+        second.template Put<J>(__builtin_shufflevector(x, x, 2, 3));
+    }
 
-/// The sixteen blocks of M samples of a block of the type whose split and whose quarters' splits are done. The types
-/// are ABAA ABAB ABAA, and ABAA or ABAB; those of one type go through by twos.
-template <int M, typename Lanes>
-[[gnu::always_inline]] inline void RunSixteenBlocks(BlockType type, double * a, double const * w)
+    Block first;
+    Block second;
+};
+
+/// A block on its way through the steps: which results it will hold: the first, and every `step`-th from there on, in
+/// bit-reversed order.
+struct ResultsOfBlock
 {
-    constexpr std::ptrdiff_t size = 2 * std::ptrdiff_t{M};
-    constexpr std::ptrdiff_t ofTypeA[][2] = {{0, 2}, {3, 4}, {6, 8}, {10, 11}, {12, 14}};
-    constexpr std::ptrdiff_t ofTypeB[][2] = {{1, 5}, {7, 9}, {13, 15}};
-    for (auto const & pair : ofTypeA)
+    /// Those of its quarters: every fourth, from the numbers 0, 2, 1 and 3 on.
+    [[gnu::always_inline]] ResultsOfBlock Quarter(int number) const
     {
-        RunBlocks<M, BlockType::A, Lanes>(a + pair[0] * size, a + pair[1] * size, w);
+        constexpr std::ptrdiff_t offsets[] = {0, 2, 1, 3};
+        return {first + step * offsets[number], 4 * step};
     }
-    bool const isLastB = type == BlockType::B;
-    for (int i = 0; i < (isLastB ? 3 : 2); ++i)
+
+    std::ptrdiff_t first;
+    std::ptrdiff_t step;
+};
+
+/// Blocks of M samples that leave their results where they are.
+template <int M>
+struct InPlace
+{
+    [[gnu::always_inline]] InArray Block(int number) const { return {a + std::ptrdiff_t{2} * M * number}; }
+
+    double * a;
+};
+
+/// The results of a block of M samples go to their places in another array, from `a` on with a step.
+template <int M, bool IsConjugate>
+struct ToPlaces
+{
+    template <int J>
+    [[gnu::always_inline]] void Put(Complex const & x) const
     {
-        RunBlocks<M, BlockType::B, Lanes>(a + ofTypeB[i][0] * size, a + ofTypeB[i][1] * size, w);
+        constexpr std::ptrdiff_t reversed = ReverseBits<M>(J);
+        Store(a + step * reversed, IsConjugate ? Conjugate(x) : x);
     }
-    if (!isLastB)
+
+    double * a;
+    std::ptrdiff_t step;
+};
+
+/// Blocks of M samples whose results do so. So many of them are a block.
+template <int M, int Count, bool IsConjugate>
+struct InOrder
+{
+    [[gnu::always_inline]] ToPlaces<M, IsConjugate> Block(int number) const
     {
-        RunBlock<M, BlockType::B>(a + 13 * size, w);
-        RunBlock<M, BlockType::A>(a + 15 * size, w);
+        return {a + 2 * (results.first + results.step * ReverseBits<Count>(number)),
+                std::ptrdiff_t{2} * Count * results.step};
     }
-}
+
+    double * a;
+    ResultsOfBlock results;
+};
 
 } // namespace math::detail

@@ -1,6 +1,6 @@
 #include "signal/fft_core.h"
 #include "signal/fft_kernels.h"
-#include "signal/fft_passes.h"
+#include "signal/real_transform.h"
 
 namespace math::detail
 {
@@ -13,21 +13,7 @@ void DSPComplexDFT(int n, int sign, double * a, int * ip, double * w)
 
 void DSPRealDFT(int n, int sign, double * a, int * ip, double * w)
 {
-    EnsureTwiddles(n, 4, ip, w);
-    EnsureCosines(n, 4, ip, w);
-    if (sign >= 0)
-    {
-        TransformForward(n, a, ip, w);
-        double const difference = a[0] - a[1];
-        a[0] += a[1];
-        a[1] = difference;
-    }
-    else
-    {
-        a[1] = 0.5 * (a[0] - a[1]);
-        a[0] -= a[1];
-        TransformBackward(n, a, ip, w);
-    }
+    TransformReal<double>(PartsOfOne(), n, sign, a, ip, w);
 }
 
 } // namespace math::detail
