@@ -2,6 +2,7 @@
 
 #include "numeric/plain_record.h"
 #include "numeric/text_form.h"
+#include "rotation/quaternion_matrix.h"
 
 template <typename T>
 bool C3DQuatTpl<T>::IsIdentity(T epsilon) const
@@ -13,24 +14,7 @@ bool C3DQuatTpl<T>::IsIdentity(T epsilon) const
 template <typename T>
 C3DQuatTpl<T> & C3DQuatTpl<T>::Normalize()
 {
-    double const tolerance = math::detail::k_StandardTolerance<double>;
-    auto const squaredLength = static_cast<double>(GetSquaredLength());
-    if (!(std::abs(squaredLength - 1) < tolerance))
-    {
-        if (!(squaredLength >= tolerance))
-        {
-            return SetIdentity();
-        }
-        Mul(static_cast<T>(1 / std::sqrt(squaredLength)));
-    }
-    if (W < -1)
-    {
-        W = -1;
-    }
-    else if (W > 1)
-    {
-        W = 1;
-    }
+    math::detail::NormalizeQuaternion(*this);
     return *this;
 }
 

@@ -3,6 +3,7 @@
 #include "math/rotation_conversions.h"
 #include "rotation/angle_mark.h"
 #include "rotation/exact_identity.h"
+#include "rotation/quaternion_matrix.h"
 
 #include <cmath>
 #include <type_traits>
@@ -104,7 +105,7 @@ void C3DRotation::UpdateQuat()
     }
     if (_GetOrigRep() == E3DROTREPTYPE_MATRIX)
     {
-        F3DMatToQuat(m_Matrix, m_Quat);
+        m_Quat = QuaternionOfMatrix(m_Matrix);
     }
     else
     {
@@ -126,7 +127,7 @@ void C3DRotation::UpdateMatrix()
     }
     else
     {
-        F3DQuatToMat(m_Quat, m_Matrix);
+        MatrixOfQuaternion(m_Quat, m_Matrix);
     }
     _SetMatDirty(0);
 }
@@ -155,7 +156,7 @@ double C3DRotation::AngleOfFreshQuat() const
 
 void C3DRotation::FillMatrixFromQuat()
 {
-    F3DQuatToMat(m_Quat, m_Matrix);
+    MatrixOfQuaternion(m_Quat, m_Matrix);
     _SetMatDirty(0);
 }
 
@@ -164,7 +165,8 @@ void C3DRotation::FillMatrixFromQuat()
 void C3DRotation::GetQuat(C3DQuatTpl<double> & quat)
 {
     FreshenQuat();
-    quat = m_Quat;
+    // Number by number, as Set takes a matrix.
+    quat.Set(m_Quat.W, m_Quat.X, m_Quat.Y, m_Quat.Z);
 }
 
 void C3DRotation::GetMatrix(C3DRotMatTpl<double> & mat)

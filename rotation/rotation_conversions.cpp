@@ -2,11 +2,14 @@
 
 #include "rotation/euler_extraction.h"
 #include "rotation/euler_order.h"
+#include "rotation/quaternion_matrix.h"
 
 #include <cmath>
 
 using math::detail::EulerOrder;
 using math::detail::FindEulerOrder;
+using math::detail::MatrixOfQuaternion;
+using math::detail::QuaternionOfMatrix;
 
 namespace
 {
@@ -45,59 +48,6 @@ void MultiplyElementaryQuaternions(C3DVector3Tpl<double> const & angles, EulerOr
     vector[order.middle] = s1 * c0 * c2 + p * (c1 * s0 * s2);
     vector[order.last] = c1 * c0 * s2 - p * (s1 * s0 * c2);
     quat.Set(c1 * c0 * c2 + p * (s1 * s0 * s2), vector[0], vector[1], vector[2]);
-}
-
-template <typename T>
-void MatToQuat(C3DRotMatTpl<T> const & m, C3DQuatTpl<T> & quat)
-{
-    T const trace = m.GetTrace();
-    // Written so that no branch hangs on which it is, nor below on a sign: either is a coin toss.
-    int i = static_cast<int>(m.Get(1, 1) > m.Get(0, 0));
-    i = m.Get(2, 2) > m.Get(i, i) ? 2 : i;
-    // The largest diagonal element competes with the trace, not the trace with 0: the square root is then taken of the
-    // greatest of the four numbers it can be taken of.
-    if (m.Get(i, i) >= trace)
-    {
-        int const j = (i + 1) % 3;
-        int const k = (j + 1) % 3;
-        T const root = std::sqrt(m.Get(i, i) + 1 - m.Get(j, j) - m.Get(k, k)) * T(0.5);
-        T const factor = T(0.25) / root;
-        T const w = (m.Get(j, k) - m.Get(k, j)) * factor;
-        T const sign = 1 - 2 * static_cast<T>(w < 0);
-        T vector[3];
-        vector[i] = root * sign;
-        vector[j] = (m.Get(i, j) + m.Get(j, i)) * factor * sign;
-        vector[k] = (m.Get(i, k) + m.Get(k, i)) * factor * sign;
-        quat.Set(w * sign, vector[0], vector[1], vector[2]);
-    }
-    else
-    {
-        T const root = std::sqrt(trace + 1) * T(0.5);
-        T const factor = T(0.25) / root;
-        quat.Set(root, (m.Get(1, 2) - m.Get(2, 1)) * factor, (m.Get(2, 0) - m.Get(0, 2)) * factor,
-                 (m.Get(0, 1) - m.Get(1, 0)) * factor);
-    }
-    quat.Normalize();
-}
-
-template <typename T>
-void QuatToMat(C3DQuatTpl<T> const & q, C3DRotMatTpl<T> & mat)
-{
-    T const x2 = 2 * q.X;
-    T const y2 = 2 * q.Y;
-    T const z2 = 2 * q.Z;
-    T const xx = x2 * q.X;
-    T const xy = x2 * q.Y;
-    T const xz = x2 * q.Z;
-    T const yy = y2 * q.Y;
-    T const yz = y2 * q.Z;
-    T const zz = z2 * q.Z;
-    T const wx = x2 * q.W;
-    T const wy = y2 * q.W;
-    T const wz = z2 * q.W;
-    mat.SetRow(0, 1 - yy - zz, xy + wz, xz - wy);
-    mat.SetRow(1, xy - wz, 1 - xx - zz, yz + wx);
-    mat.SetRow(2, xz + wy, yz - wx, 1 - xx - yy);
 }
 
 /// The extraction on elements and angles of either precision, computed in `double`.
@@ -214,27 +164,27 @@ void F3DEulerToMat(C3DVector3Tpl<float> const & angles, C3DRotMatTpl<float> & ma
 
 void F3DQuatToMat(C3DQuatTpl<double> const & quat, C3DRotMatTpl<double> & mat)
 {
-    QuatToMat(quat, mat);
+    MatrixOfQuaternion(quat, mat);
 }
 
 void F3DQuatToMat(C3DQuatTpl<float> const & quat, C3DRotMatTpl<float> & mat)
 {
-    QuatToMat(quat, mat);
+    MatrixOfQuaternion(quat, mat);
 }
 
 void F3DQuatToMatf(C3DQuatTpl<float> const & quat, C3DRotMatTpl<float> & mat)
 {
-    QuatToMat(quat, mat);
+    MatrixOfQuaternion(quat, mat);
 }
 
 void F3DMatToQuat(C3DRotMatTpl<double> const & mat, C3DQuatTpl<double> & quat)
 {
-    MatToQuat(mat, quat);
+    quat = QuaternionOfMatrix(mat);
 }
 
 void F3DMatToQuat(C3DRotMatTpl<float> const & mat, C3DQuatTpl<float> & quat)
 {
-    MatToQuat(mat, quat);
+    quat = QuaternionOfMatrix(mat);
 }
 
 void F3DMatToEuler(C3DMatrix33Tpl<double> const & mat, C3DVector3Tpl<double> & angles, tagE3DROTORDER order)

@@ -1,7 +1,9 @@
 #include "math/rotation.h"
 
 #include "math/rotation_conversions.h"
+#include "rotation/angle_mark.h"
 #include "rotation/exact_identity.h"
+#include "rotation/quaternion_matrix.h"
 
 #include <cmath>
 #include <initializer_list>
@@ -13,8 +15,11 @@ void C3DRotation::MultiplyQuats(C3DRotation & a, C3DRotation & b)
     a.FreshenQuat();
     b.FreshenQuat();
     _SetDefinitelyIdentity(0);
-    m_Quat.Mul(b.m_Quat, a.m_Quat);
-    NormalizeQuat();
+    C3DQuatTpl<double> product{C3DInitRequest_DoNotInitialize()};
+    product.Mul(b.m_Quat, a.m_Quat);
+    NormalizeQuaternion(product);
+    m_Quat = product;
+    m_Angle = k_AngleOfQuat;
 }
 
 C3DRotation & C3DRotation::Mul(C3DRotation & a, C3DRotation & b)
@@ -24,7 +29,7 @@ C3DRotation & C3DRotation::Mul(C3DRotation & a, C3DRotation & b)
     if (!aIsIdentity && !bIsIdentity)
     {
         MultiplyQuats(a, b);
-        SetQuatRep();
+        m_Flags = k_QuatIsSource;
         return *this;
     }
     if (aIsIdentity && bIsIdentity)

@@ -5,6 +5,7 @@
 #include "rotation/angle_constants.h"
 #include "rotation/angle_mark.h"
 #include "rotation/euler_order.h"
+#include "rotation/quaternion_matrix.h"
 
 #include <algorithm>
 #include <cmath>
@@ -63,21 +64,21 @@ void C3DRotation::NormalizeQuat()
 
 C3DRotation & C3DRotation::Set(C3DQuatTpl<double> const & quat)
 {
-    _SetDefinitelyIdentity(0);
-    m_Quat = quat;
-    NormalizeQuat();
-    SetQuatRep();
+    C3DQuatTpl<double> unit = quat;
+    NormalizeQuaternion(unit);
+    m_Quat = unit;
+    m_Angle = k_AngleOfQuat;
+    m_Flags = k_QuatIsSource;
     return *this;
 }
 
 C3DRotation & C3DRotation::Set(C3DRotMatTpl<double> const & mat)
 {
-    _SetDefinitelyIdentity(0);
     // Number by number: a copy as a whole would wait for numbers that have only just been stored, as they mostly are.
     m_Matrix.SetRow(0, mat.Get(0, 0), mat.Get(0, 1), mat.Get(0, 2))
         .SetRow(1, mat.Get(1, 0), mat.Get(1, 1), mat.Get(1, 2))
         .SetRow(2, mat.Get(2, 0), mat.Get(2, 1), mat.Get(2, 2));
-    SetMatrixRep();
+    m_Flags = k_MatrixIsSource;
     return *this;
 }
 

@@ -58,14 +58,13 @@ C3DRotMatTpl<T> Unscale(C3DMatrix44Tpl<T> const & m, C3DVector3Tpl<T> const & sc
 template <typename T>
 C3DVector3Tpl<T> & C3DXfoMatTpl<T>::GetScaling(C3DVector3Tpl<T> & s) const
 {
+    // First of all the roots, for which everything else waits.
+    T const x = ScaleOfRow(this->m_Elements[0]);
+    T const y = ScaleOfRow(this->m_Elements[1]);
+    T const z = ScaleOfRow(this->m_Elements[2]);
     // IsSclAxisNegative axis by axis would evaluate the determinant three times.
     unsigned const bits = GetSclSignBits() ^ (ValidateSclSignBits() != 0 ? 0U : k_SclSignMask);
-    for (int r = 0; r < 3; ++r)
-    {
-        T const length = ScaleOfRow(this->m_Elements[r]);
-        s.Set(r, (bits & 2U << r) != 0 ? -length : length);
-    }
-    return s;
+    return s.Set((bits & 2U) != 0 ? -x : x, (bits & 4U) != 0 ? -y : y, (bits & 8U) != 0 ? -z : z);
 }
 
 template <typename T>

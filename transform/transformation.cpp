@@ -1,5 +1,6 @@
 #include "math/transformation.h"
 
+#include "math/detail/row4.h"
 #include "transform/component_mask.h"
 #include "transform/scale_clamp.h"
 
@@ -35,6 +36,23 @@ void ReadRows(C3DXfoMatTpl<double> const & m, unsigned char mask, C3DVector3Tpl<
     {
         m.GetScaling(scaling);
     }
+}
+
+/// The matrix of a scale, a rotation and a translation, stored as whole rows, as which it is going to be loaded. Not in
+/// a loop: a vectorised one would wait for numbers of the rotation that have only just been stored.
+void CombineUnsheared(double (*const rows)[4], C3DVector3Tpl<double> const & scaling,
+                      C3DRotMatTpl<double> const & rotation, C3DVector3Tpl<double> const & translation)
+{
+    using Row = Row4<double>::Lanes;
+    auto const storeRow = [rows, &rotation](int r, double factor)
+    {
+        Row const row{factor * rotation.Get(r, 0), factor * rotation.Get(r, 1), factor * rotation.Get(r, 2), 0};
+        StoreRow(row, rows[r]);
+    };
+    storeRow(0, scaling.X);
+    storeRow(1, scaling.Y);
+    storeRow(2, scaling.Z);
+    StoreRow(Row{translation.X, translation.Y, translation.Z, 1}, rows[3]);
 }
 
 } // namespace
@@ -184,19 +202,20 @@ void C3DTransfo::Combine()
     }
     else
     {
-        m_XfoMat.SetCol(3, 0, 0, 0, 1);
         if (HasScalingOrientation())
         {
+            m_XfoMat.SetCol(3, 0, 0, 0, 1);
             m_XfoMat.SetScalingAndRotation(m_Scaling, *m_pScalingOrientation);
             m_XfoMat.MulTransByReg(*m_pScalingOrientation->GetMatrix(), m_XfoMat);
             m_XfoMat.Mul(m_XfoMat, *m_Rotation.GetMatrix());
+            m_XfoMat.SetTranslation(m_Translation);
         }
         else
         {
             _AllocateScalingOrientationMatrix(false);
-            m_XfoMat.SetScalingAndRotation(m_Scaling, m_Rotation);
+            CombineUnsheared(m_XfoMat.m_Elements, ClampScale(m_Scaling), *m_Rotation.GetMatrix(), m_Translation);
+            m_XfoMat.SetSclSignBits(m_Scaling);
         }
-        m_XfoMat.SetTranslation(m_Translation);
     }
     m_XfoRotOrder = m_Rotation.GetXYZRotOrder();
     _SetXfoMatDirty(0);

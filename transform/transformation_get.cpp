@@ -8,7 +8,8 @@ using namespace math::detail;
 void C3DTransfo::GetScaling(C3DVector3Tpl<double> & scaling)
 {
     FreshenComponents(k_AllComponents);
-    scaling = m_Scaling;
+    // Number by number: a copy as a whole would wait for numbers that have only just been stored.
+    scaling.Set(m_Scaling.X, m_Scaling.Y, m_Scaling.Z);
 }
 
 void C3DTransfo::GetScaling(double & x, double & y, double & z)
@@ -75,7 +76,7 @@ void C3DTransfo::GetTranslation(C3DVector3Tpl<double> & translation)
     }
     else
     {
-        translation = m_Translation;
+        translation.Set(m_Translation.X, m_Translation.Y, m_Translation.Z);
     }
 }
 

@@ -150,9 +150,15 @@ void C3DTransfo::MulTranslations(C3DTransfo & a, C3DTransfo & b, unsigned char m
 
 void C3DTransfo::MulScalingOrientations(C3DTransfo & a, C3DTransfo & b)
 {
-    if (!a.HasShearing() && !b.HasShearing())
+    // Mostly there are none, which the pointers tell without a call.
+    bool const isASheared = a.m_pScalingOrientation != nullptr && a.HasShearing();
+    bool const isBSheared = b.m_pScalingOrientation != nullptr && b.HasShearing();
+    if (!isASheared && !isBSheared)
     {
-        _AllocateScalingOrientationMatrix(false);
+        if (m_pScalingOrientation != nullptr)
+        {
+            _AllocateScalingOrientationMatrix(false);
+        }
         return;
     }
     C3DRotation aOrientation = a.CopyEffectiveScalingOrientation();

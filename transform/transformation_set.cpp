@@ -176,7 +176,7 @@ void C3DTransfo::WriteTranslation(C3DVector3Tpl<double> const & translation)
 void C3DTransfo::SetTranslation(C3DVector3Tpl<double> const & translation)
 {
     WriteTranslation(translation);
-    if (!translation.IsExactlyNull())
+    if (_IsDefinitelyIdentity() && !translation.IsExactlyNull())
     {
         _SetDefinitelyIdentity(0);
     }
@@ -228,15 +228,17 @@ void C3DTransfo::SetRotation(C3DRotation const & rotation)
 void C3DTransfo::SetRotation(C3DQuatTpl<double> const & quat)
 {
     FreshenComponents(Without(k_RotationComponent));
+    // Which is never marked as the identity.
     m_Rotation.Set(quat);
-    FinishSetRotation();
+    MarkComponentsAsSource();
 }
 
 void C3DTransfo::SetRotation(C3DRotMatTpl<double> const & mat)
 {
     FreshenComponents(Without(k_RotationComponent));
+    // Which is never marked as the identity.
     m_Rotation.Set(mat);
-    FinishSetRotation();
+    MarkComponentsAsSource();
 }
 
 void C3DTransfo::SetRotation(tagE3DAXISTYPE axis, double angle)

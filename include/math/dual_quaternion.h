@@ -259,14 +259,17 @@ public:
         using Lanes = math::detail::QuaternionLanes<T>;
         Lanes real;
         Lanes dual;
-        Lanes previous;
-        for (long i = 0; i < n; ++i)
+        if (n > 0)
+        {
+            real.Add(Lanes().Mul(Lanes(q[0].m_Real), w[0]));
+            dual.Add(Lanes().Mul(Lanes(q[0].m_Dual), w[0]));
+        }
+        for (long i = 1; i < n; ++i)
         {
             Lanes const current(q[i].m_Real);
-            T const weight = i > 0 && !(math::detail::DotByPairs(current, previous) >= 0) ? -w[i] : w[i];
-            real.Add(Lanes().Mul(current, weight));
-            dual.Add(Lanes().Mul(Lanes(q[i].m_Dual), weight));
-            previous = current;
+            Lanes const previous(q[i - 1].m_Real);
+            real.Add(Lanes().MulByHemisphere(current, w[i], current, previous));
+            dual.Add(Lanes().MulByHemisphere(Lanes(q[i].m_Dual), w[i], current, previous));
         }
         NormalizeParts(real, dual);
         real.Store(m_Real);

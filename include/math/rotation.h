@@ -278,6 +278,9 @@ private:
     static constexpr unsigned char k_MatDirty = 8;
     static constexpr unsigned char k_AnglesDirty = 16;
     static constexpr unsigned char k_DefinitelyIdentity = 32;
+    /// The whole of the flags where one form was just given, and is not known to be the identity.
+    static constexpr unsigned char k_QuatIsSource = E3DROTREPTYPE_QUAT | k_MatDirty | k_AnglesDirty;
+    static constexpr unsigned char k_MatrixIsSource = E3DROTREPTYPE_MATRIX | k_QuatDirty | k_AnglesDirty;
 
     // NOLINTBEGIN(bugprone-reserved-identifier): these names are the package's convention for its cached classes.
 

@@ -360,18 +360,19 @@ private:
     void _AllocateScalingOrientationMatrix(bool wanted);
     // NOLINTEND(bugprone-reserved-identifier)
 
-    void SetFlag(unsigned char flag, int value)
+    /// Clears some flags and sets others. What is as wanted is not stored again: the next call would wait for it, and
+    /// so one call after another.
+    void ChangeFlags(int cleared, int set)
     {
-        m_Flags = static_cast<unsigned char>(value != 0 ? m_Flags | flag : m_Flags & ~flag);
+        auto const flags = static_cast<unsigned char>((m_Flags & ~cleared) | set);
+        if (flags != m_Flags)
+        {
+            m_Flags = flags;
+        }
     }
-    void MarkComponentsAsSource()
-    {
-        m_Flags = static_cast<unsigned char>((m_Flags & ~(k_ComponentsDirty | k_DefinitelyIdentity)) | k_XfoMatDirty);
-    }
-    void MarkMatrixAsSource()
-    {
-        m_Flags = static_cast<unsigned char>((m_Flags & ~(k_XfoMatDirty | k_DefinitelyIdentity)) | k_ComponentsDirty);
-    }
+    void SetFlag(unsigned char flag, int value) { ChangeFlags(flag, value != 0 ? flag : 0); }
+    void MarkComponentsAsSource() { ChangeFlags(k_ComponentsDirty | k_DefinitelyIdentity, k_XfoMatDirty); }
+    void MarkMatrixAsSource() { ChangeFlags(k_XfoMatDirty | k_DefinitelyIdentity, k_ComponentsDirty); }
     void FreshenComponents(unsigned char mask)
     {
         if (_AreComponentsDirty())

@@ -4,6 +4,7 @@
 /// The transformation matrix.
 
 #include "math/detail/determinant4.h"
+#include "math/detail/row4.h"
 #include "math/matrix44.h"
 #include "math/numeric.h"
 #include "math/rotation_matrix.h"
@@ -308,7 +309,17 @@ private:
     /// The elements and bits of m, and repairs the bits.
     void SetAndRepair(C3DXfoMatTpl const & m)
     {
-        Base::Set(m.GetArray());
+        // In pieces of the size in which the determinant is about to load them, and all before the first is stored: m
+        // may be the target.
+        typename math::detail::Row4<T>::Lanes row0;
+        typename math::detail::Row4<T>::Lanes row1;
+        typename math::detail::Row4<T>::Lanes row2;
+        typename math::detail::Row4<T>::Lanes row3;
+        math::detail::LoadRows(m.GetArray(), row0, row1, row2, row3);
+        math::detail::StoreRow(row0, this->m_Elements[0]);
+        math::detail::StoreRow(row1, this->m_Elements[1]);
+        math::detail::StoreRow(row2, this->m_Elements[2]);
+        math::detail::StoreRow(row3, this->m_Elements[3]);
         SetSclSignBits(m.GetSclSignBits());
         SetSclSignBitsFromXfo();
     }
