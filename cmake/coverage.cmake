@@ -3,6 +3,12 @@
 find_program(GCOVR gcovr REQUIRED)
 set(MATH_COVERAGE_DIR ${PROJECT_BINARY_DIR}/coverage)
 
+# Counts of an earlier build fit no object that was compiled since: programs complain of them where tests read what they
+# print.
+add_custom_target(forget_counts ALL
+    COMMAND find ${PROJECT_BINARY_DIR} -name *.gcda -delete
+    COMMENT "Forgetting which lines earlier tests have run" VERBATIM)
+
 add_custom_target(coverage_report
     COMMAND ${CMAKE_COMMAND} -E make_directory ${MATH_COVERAGE_DIR}
     COMMAND ${GCOVR} --root ${PROJECT_SOURCE_DIR} --object-directory ${PROJECT_BINARY_DIR}
