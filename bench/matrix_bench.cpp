@@ -5,6 +5,7 @@
 #include "math/matrix44.h"
 #include "math/vector3.h"
 #include "random_values.h"
+#include "run_over_array.h"
 
 #include <Eigen/Dense>
 #include <benchmark/benchmark.h>
@@ -120,52 +121,22 @@ auto RandomMatrices(std::size_t count)
 template <typename Peer, int Size>
 void Product(benchmark::State & state)
 {
-    auto const matrices = RandomMatrices<Peer, Size>(k_Count + 1);
-    auto out = matrices;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < k_Count; ++i)
-        {
-            Peer::Multiply(out[i], matrices[i], matrices[i + 1]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+    bench::RunOverArray(state, RandomMatrices<Peer, Size>(k_Count + 1), std::vector<MatrixOf<Peer, Size>>(k_Count),
+                        [](auto const & in, auto & out, std::size_t i) { Peer::Multiply(out[i], in[i], in[i + 1]); });
 }
 
 template <typename Peer, int Size>
 void Inverse(benchmark::State & state)
 {
-    auto const matrices = RandomMatrices<Peer, Size>(k_Count);
-    auto out = matrices;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < k_Count; ++i)
-        {
-            Peer::Invert(out[i], matrices[i]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+    bench::RunOverArray(state, RandomMatrices<Peer, Size>(k_Count), std::vector<MatrixOf<Peer, Size>>(k_Count),
+                        [](auto const & in, auto & out, std::size_t i) { Peer::Invert(out[i], in[i]); });
 }
 
 template <typename Peer>
 void TransposedInverse(benchmark::State & state)
 {
-    auto const matrices = RandomMatrices<Peer, 4>(k_Count);
-    auto out = matrices;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < k_Count; ++i)
-        {
-            Peer::InvertTransposed(out[i], matrices[i]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+    bench::RunOverArray(state, RandomMatrices<Peer, 4>(k_Count), std::vector<MatrixOf<Peer, 4>>(k_Count),
+                        [](auto const & in, auto & out, std::size_t i) { Peer::InvertTransposed(out[i], in[i]); });
 }
 
 template <typename Peer>
@@ -174,17 +145,9 @@ void PointsThroughMatrix(benchmark::State & state)
     auto const count = static_cast<std::size_t>(state.range(0));
     auto const matrix = RandomMatrices<Peer, 4>(1).front();
     auto const points = bench::RandomObjects<3, typename Peer::Scalar>(count, Peer::MakePoint);
-    auto out = points;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            Peer::Transform(out[i], points[i], matrix);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    bench::RunOverArray(state, points, points,
+                        [&matrix](auto const & in, auto & out, std::size_t i)
+                        { Peer::Transform(out[i], in[i], matrix); });
 }
 
 BENCHMARK(Product<Ours<double>, 3>);

@@ -3,6 +3,7 @@
 
 #include "math/vector3.h"
 #include "random_values.h"
+#include "run_over_array.h"
 
 #include <Eigen/Dense>
 #include <Eigen/Geometry>
@@ -49,35 +50,17 @@ struct WithGlm
 template <typename Peer, typename T>
 void Cross(benchmark::State & state)
 {
-    auto const vectors = bench::RandomObjects<3, T>(k_Count + 1, Peer::Make);
-    auto out = vectors;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < k_Count; ++i)
-        {
-            Peer::Cross(out[i], vectors[i], vectors[i + 1]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+    bench::RunOverArray(state, bench::RandomObjects<3, T>(k_Count + 1, Peer::Make),
+                        std::vector<typename Peer::Vector>(k_Count),
+                        [](auto const & in, auto & out, std::size_t i) { Peer::Cross(out[i], in[i], in[i + 1]); });
 }
 
 template <typename Peer, typename T>
 void Normalize(benchmark::State & state)
 {
-    auto const vectors = bench::RandomObjects<3, T>(k_Count, Peer::Make);
-    auto out = vectors;
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < k_Count; ++i)
-        {
-            Peer::Normalize(out[i], vectors[i]);
-        }
-        benchmark::DoNotOptimize(out.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetItemsProcessed(state.iterations() * std::int64_t{k_Count});
+    bench::RunOverArray(state, bench::RandomObjects<3, T>(k_Count, Peer::Make),
+                        std::vector<typename Peer::Vector>(k_Count),
+                        [](auto const & in, auto & out, std::size_t i) { Peer::Normalize(out[i], in[i]); });
 }
 
 BENCHMARK(Cross<Ours<double>, double>);

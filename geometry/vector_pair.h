@@ -5,6 +5,7 @@
 /// alone, so that a pair has the bits of the two.
 
 #include "math/vector3.h"
+#include "numeric/pair.h"
 
 #include <cmath>
 
@@ -14,9 +15,6 @@
 
 namespace math::detail
 {
-
-/// Two numbers.
-typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
 
 /// Two truth values, with all bits set or none. Of which integer type the comparisons make them is the compiler's own.
 using PairOfTruths = decltype(Pair() < Pair());

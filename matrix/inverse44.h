@@ -5,6 +5,7 @@
 
 #include "math/detail/row4.h"
 #include "math/numeric.h"
+#include "numeric/pair.h"
 
 #include <cmath>
 #include <cstring>
@@ -13,9 +14,7 @@
 namespace math::detail
 {
 
-/// Two neighbours of a row, which go through the same operations.
-typedef double Pair __attribute__((vector_size(16))); // NOLINT(modernize-use-using): takes the attribute
-
+/// A row, by two neighbours that go through the same operations.
 struct PairedRow
 {
     Pair low;

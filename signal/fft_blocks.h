@@ -22,6 +22,12 @@ enum class BlockType
     A = 1
 };
 
+/// The type of quarter 0, 1, 2 or 3 of a block.
+constexpr BlockType TypeOfQuarter(BlockType type, int number)
+{
+    return number == 3 ? type : number == 1 ? BlockType::B : BlockType::A;
+}
+
 /// The factors of a place k in a split: W^k and W^3k.
 template <typename Factor>
 struct Twiddles

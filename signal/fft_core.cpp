@@ -231,12 +231,12 @@ void Finish(BlockType type, std::ptrdiff_t n, double * a, Going<IsConjugate> con
     {
         return DSPLeaf<Steps>(n, type, a, going, w);
     }
-    BlockType const types[] = {BlockType::A, BlockType::B, BlockType::A, type};
     std::ptrdiff_t const size = n / 4;
     for (int i = 3; i >= 0; --i)
     {
-        Level<Steps>(types[i], size, a + i * size, w);
-        Finish<Steps>(types[i], size, a + i * size, Going<IsConjugate>{going.to, going.results.Quarter(i)}, w);
+        BlockType const typeOfQuarter = TypeOfQuarter(type, i);
+        Level<Steps>(typeOfQuarter, size, a + i * size, w);
+        Finish<Steps>(typeOfQuarter, size, a + i * size, Going<IsConjugate>{going.to, going.results.Quarter(i)}, w);
     }
 }
 

@@ -53,27 +53,26 @@ private:
     [[gnu::target("avx")]] void Finish(BlockType type, std::ptrdiff_t count, std::ptrdiff_t begin,
                                        ResultsOfBlock const & results) const
     {
-        BlockType const types[] = {BlockType::A, BlockType::B, BlockType::A, type};
         std::ptrdiff_t const quarter = count / 4;
         for (int i = 0; i < 4; ++i)
         {
             std::ptrdiff_t const place = begin + i * quarter;
             ResultsOfBlock const part = results.Quarter(i);
+            BlockType const typeOfQuarter = TypeOfQuarter(type, i);
+            bool const isA = typeOfQuarter == BlockType::A;
             if (quarter == 8)
             {
-                types[i] == BlockType::A ? RunLast<8, BlockType::A>(place, part)
-                                         : RunLast<8, BlockType::B>(place, part);
+                isA ? RunLast<8, BlockType::A>(place, part) : RunLast<8, BlockType::B>(place, part);
             }
             else if (quarter == 16)
             {
-                types[i] == BlockType::A ? RunLast<16, BlockType::A>(place, part)
-                                         : RunLast<16, BlockType::B>(place, part);
+                isA ? RunLast<16, BlockType::A>(place, part) : RunLast<16, BlockType::B>(place, part);
             }
             else
             {
-                types[i] == BlockType::A ? LevelA<SampleOfFour>(2 * quarter, PlaceOf(place), m_End)
-                                         : LevelB<SampleOfFour>(2 * quarter, PlaceOf(place), m_End);
-                Finish(types[i], quarter, place, part);
+                isA ? LevelA<SampleOfFour>(2 * quarter, PlaceOf(place), m_End)
+                    : LevelB<SampleOfFour>(2 * quarter, PlaceOf(place), m_End);
+                Finish(typeOfQuarter, quarter, place, part);
             }
         }
     }

@@ -78,12 +78,6 @@ void DSPSinePhase(int n, double * a, int nc, double const * c)
     PhasePass<true, double>(n, a, nc, c);
 }
 
-RealParts const & PartsOfOne()
-{
-    static RealParts const parts{CoresByTwo(), RealPassesByTwo()};
-    return parts;
-}
-
 void TransformForward(RealParts const & parts, int n, double * a, int const * ip, double const * w)
 {
     int const nw = ip[0];

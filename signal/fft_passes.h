@@ -47,7 +47,7 @@ struct RealParts
 };
 
 /// Those for one array.
-RealParts const & PartsOfOne();
+inline constexpr RealParts k_PartsOfOne{{DSPForwardCore, DSPBackwardCore}, {DSPRealForwardPost, DSPRealBackwardPre}};
 
 /// The complex transform of n values and the pass behind it, or the pass before it; nothing below 4 values.
 ///@{

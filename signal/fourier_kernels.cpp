@@ -13,7 +13,7 @@ void DSPComplexDFT(int n, int sign, double * a, int * ip, double * w)
 
 void DSPRealDFT(int n, int sign, double * a, int * ip, double * w)
 {
-    TransformReal<double>(PartsOfOne(), n, sign, a, ip, w);
+    TransformReal<double>(k_PartsOfOne, n, sign, a, ip, w);
 }
 
 } // namespace math::detail

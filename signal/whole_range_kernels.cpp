@@ -15,13 +15,13 @@ namespace
 void HalfPassCosine(int m, double * a, int const * ip, double const * w)
 {
     DSPCosinePhase(m, a, ip[1], w + ip[0]);
-    TransformForward(PartsOfOne(), m, a, ip, w);
+    TransformForward(k_PartsOfOne, m, a, ip, w);
 }
 
 void HalfPassSine(int m, double * a, int const * ip, double const * w)
 {
     DSPSinePhase(m, a, ip[1], w + ip[0]);
-    TransformForward(PartsOfOne(), m, a, ip, w);
+    TransformForward(k_PartsOfOne, m, a, ip, w);
 }
 
 void FoldCosine(int n, double * a, double * t)

@@ -292,16 +292,12 @@ void C3DTransfo::DifScalingOrientations(C3DTransfo & a, C3DTransfo & b, C3DVecto
     C3DRotation product;
     product.Mul(aOrientation, bInverse);
     // The quaternion of the product decides whether one is held: a whole turn is, though its angles may be zeros.
-    _AllocateScalingOrientationMatrix(!product.IsAlmostIdentity(k_Tolerance));
-    if (m_pScalingOrientation == nullptr)
-    {
-        return;
-    }
-    if (targetAngles != nullptr)
+    StoreScalingOrientation(product);
+    if (targetAngles != nullptr && m_pScalingOrientation != nullptr)
     {
         product.MulUsingEulerAnglesTarget(aOrientation, bInverse, *targetAngles, E3DROTORDER_XYZ);
+        m_pScalingOrientation->Set(product, 0);
     }
-    m_pScalingOrientation->Set(product, 0);
 }
 
 // --- Maps between spaces ---------------------------------------------------------------------------------------------
