@@ -13,8 +13,6 @@ namespace
 
 using Vector = C3DVector3Tpl<double>;
 
-constexpr double k_Tolerance = k_StandardTolerance<double>;
-
 /// v R^-1 S^-1: a translation, seen in the scaled axes of a transformation.
 Vector IntoScaledAxes(Vector const & v, C3DRotation & rotation, Vector const & scaling)
 {
